@@ -1,0 +1,26 @@
+# The two everyday commands. Each installs what it needs first.
+.PHONY: test demo bench bootstrap format
+
+bootstrap:
+	@scripts/bootstrap
+
+test: bootstrap
+	cmake --preset dev
+	cmake --build --preset dev
+	cmake --preset asan
+	cmake --build --preset asan
+	ctest --preset asan
+	ctest --preset dev
+
+demo: bootstrap
+	cmake --preset release
+	cmake --build --preset release --target exact_numbers
+	./build/release/exact_numbers
+
+bench: bootstrap
+	cmake --preset release
+	cmake --build --preset release
+	for b in build/release/bench_*; do $$b --benchmark_min_time=0.2; done
+
+format:
+	clang-format -i $$(git ls-files '*.cpp' '*.h')

@@ -1,0 +1,87 @@
+// The message catalogue's table and its raise and warn paths.
+#include "host/messages.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <vector>
+
+#include "host/host_error.h"
+#include "host/services.h"
+
+namespace corbel {
+namespace {
+
+struct MessageRow {
+  MsgKind kind;
+  std::string_view identifier;
+  std::string_view format;
+};
+
+constexpr MessageRow kMessages[] = {
+#define CORBEL_MESSAGE(name, kind, identifier, text) {MsgKind::kind, identifier, text},
+#include "host/messages.def"
+#undef CORBEL_MESSAGE
+};
+
+constexpr std::string_view kReportTrailer =
+    "\nPlease report this problem to The Quillon so\n"
+    "that we have the best chance of correcting it:\n"
+    "write to the Corbel maintainers through the project's issue tracker,\n"
+    "giving the steps that reproduce the problem, the files they need and\n"
+    "every message that was printed.";
+
+const MessageRow& row(Msg m) { return kMessages[static_cast<int>(m)]; }
+
+std::string vformat(Msg m, va_list args) {
+  const MessageRow& r = row(m);
+  std::string fmt(r.format);
+  va_list again;
+  va_copy(again, args);
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+  int n = std::vsnprintf(nullptr, 0, fmt.c_str(), args);
+  std::vector<char> buf(static_cast<size_t>(n > 0 ? n : 0) + 1);
+  std::vsnprintf(buf.data(), buf.size(), fmt.c_str(), again);
+#pragma GCC diagnostic pop
+  va_end(again);
+  std::string text(buf.data(), static_cast<size_t>(n > 0 ? n : 0));
+  if (r.kind == MsgKind::Internal) text += kReportTrailer;
+  return text;
+}
+
+}  // namespace
+
+std::string_view message_identifier(Msg m) { return row(m).identifier; }
+std::string_view message_format(Msg m) { return row(m).format; }
+MsgKind message_kind(Msg m) { return row(m).kind; }
+std::string_view report_trailer() { return kReportTrailer; }
+
+std::string format_message(Msg m, ...) {
+  va_list args;
+  va_start(args, m);
+  std::string text = vformat(m, args);
+  va_end(args);
+  return text;
+}
+
+void raise(Msg m, ...) {
+  va_list args;
+  va_start(args, m);
+  std::string text = vformat(m, args);
+  va_end(args);
+  throw HostError(std::string(row(m).identifier), std::move(text));
+}
+
+void warn(Msg m, ...) {
+  va_list args;
+  va_start(args, m);
+  std::string text = vformat(m, args);
+  va_end(args);
+  host_services().warning(row(m).identifier, text);
+}
+
+void raise_host_error(std::string identifier, std::string text) {
+  throw HostError(std::move(identifier), std::move(text));
+}
+
+}  // namespace corbel
