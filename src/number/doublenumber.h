@@ -1,0 +1,112 @@
+// doublenumber: the fast body of a number, one IEEE double, used whenever a value needs
+// at most 52 bits and multiprecision is not forced.
+#pragma once
+
+#include <cstdint>
+
+#include "number/numberrepbody.h"
+#include "number/pool.h"
+
+namespace corbel {
+
+class doublenumber final : public numberrepbody, public Pooled<doublenumber> {
+ public:
+  explicit doublenumber(double v = 0.0) : numberrepbody(numbertype::doublenumber), value_(v) {}
+  doublenumber(const doublenumber& other) : numberrepbody(other), value_(other.value_) {}
+
+  double getelement() const { return value_; }
+  void setelement(double v) { value_ = v; }
+  // Precision is fixed at 52; promotion to multiprecision is numberops' work.
+  void setprecision(unsigned long) {}
+
+  double todouble() const override { return value_; }
+  numberrepbody* clone() const override { return new doublenumber(*this); }
+  numberrepbody& setvalue(const unsigned int* words, int nwords, bool issigned, int wordlength,
+                          double slope, int exponent, double bias) override;
+  numberrepbody& setvalue(const unsigned int* words, int nwords, bool issigned, int wordlength,
+                          int fractionlength) override;
+  numberrepbody& setvalue(double v) override {
+    value_ = v;
+    return *this;
+  }
+  using numberrepbody::setvalue;
+  unsigned long getprecision() const override { return 52; }
+  char sign() const override { return value_ < 0 ? -1 : (value_ > 0 ? 1 : 0); }
+  numberrepbody& negate() override {
+    value_ = -value_;
+    return *this;
+  }
+  numberrepbody& pow2(long n) override;
+  numberrepbody& abs() override;
+  numberrepbody& stripscaling(double slope, int exponent, double bias) override;
+
+  numberrepbody& bitcmp(bool issigned, int wordlength, double slope, int exponent, double bias,
+                        mpz_srcptr xormask, mpfr_srcptr twoToTheWordLength) override;
+  numberrepbody& bitcmp(bool issigned, int wordlength, double slope, int exponent, double bias,
+                        std::uint64_t xormask, std::uint64_t twoToTheWordLength) override;
+  numberrepbody& fibitand(const numberrepbody& other, bool issigned, int wordlength, double slope,
+                          int exponent, double bias, mpfr_srcptr twoToTheWordLength) override;
+  numberrepbody& fibitand(const numberrepbody& other, bool issigned, int wordlength, double slope,
+                          int exponent, double bias, std::uint64_t twoToTheWordLength) override;
+  numberrepbody& fibitor(const numberrepbody& other, bool issigned, int wordlength, double slope,
+                         int exponent, double bias, mpfr_srcptr twoToTheWordLength) override;
+  numberrepbody& fibitor(const numberrepbody& other, bool issigned, int wordlength, double slope,
+                         int exponent, double bias, std::uint64_t twoToTheWordLength) override;
+  numberrepbody& bitxor(const numberrepbody& other, bool issigned, int wordlength, double slope,
+                        int exponent, double bias, mpfr_srcptr twoToTheWordLength) override;
+  numberrepbody& bitxor(const numberrepbody& other, bool issigned, int wordlength, double slope,
+                        int exponent, double bias, std::uint64_t twoToTheWordLength) override;
+  unsigned char bitget(long position, bool issigned, int wordlength, double slope, int exponent,
+                       double bias, mpfr_srcptr twoToTheWordLength) const override;
+  unsigned char bitget(long position, bool issigned, int wordlength, double slope, int exponent,
+                       double bias, std::uint64_t twoToTheWordLength) const override;
+  numberrepbody& bitset(long position, bool bitvalue, bool issigned, int wordlength, double slope,
+                        int exponent, double bias, mpfr_srcptr twoToTheWordLength) override;
+  numberrepbody& bitset(long position, bool bitvalue, bool issigned, int wordlength, double slope,
+                        int exponent, double bias, std::uint64_t twoToTheWordLength) override;
+
+  bool myisfinite() const override;
+  bool myisinf() const override;
+  bool iszero() const override { return value_ == 0.0; }
+  bool notzero() const { return value_ != 0.0; }
+  bool isnegative() const override { return value_ < 0.0; }
+  long unbiasedexponent() const override;
+
+  numberrepbody& ceil(long n) override;
+  numberrepbody& ceil() override;
+  numberrepbody& convergent(long n) override;
+  numberrepbody& convergent() override;
+  numberrepbody& fix(long n) override;
+  numberrepbody& fix() override;
+  numberrepbody& floor(long n) override;
+  numberrepbody& floor() override;
+  numberrepbody& nearest(long n) override;
+  numberrepbody& nearest() override;
+  numberrepbody& round(long n) override;
+  numberrepbody& round() override;
+
+  void disp() const override;
+  double tosingle() const override { return static_cast<double>(static_cast<float>(value_)); }
+
+  // The two's-complement stored integer of the value (scaled by 2^-exponent) as an
+  // unsigned 64-bit pattern; 0x8000000000000000 when it does not fit.
+  std::uint64_t convertToUnsignedInteger(double slope, int exponent, double bias,
+                                         std::uint64_t twoToTheWordLength) const;
+
+  // 2^wordlength - 1; all ones for 64.
+  static std::uint64_t bitcmpXorMask(int wordlength);
+
+  // The value times 2^fractionlength truncated toward zero into 64 bits, then narrowed
+  // to T by keeping the low bits. Out of the signed 64-bit range the pattern is
+  // 0x8000000000000000 before narrowing.
+  template <class T>
+  T fixed2int(long fractionlength) const;
+
+  // The floor-style remainder of two doubles, with the sign of the divisor.
+  static double mod(double x, double y);
+
+ private:
+  double value_;
+};
+
+}  // namespace corbel

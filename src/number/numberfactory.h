@@ -1,0 +1,20 @@
+// numberfactory: makes the bodies of numbers, choosing the representation by precision.
+#pragma once
+
+#include "number/numberrepbody.h"
+
+namespace corbel {
+
+// Bodies come back with count 0; the handle that adopts one counts it.
+class numberfactory {
+ public:
+  // A double body holding 0.0.
+  static numberrepbody* createnumber();
+  // A double body holding v.
+  static numberrepbody* createnumber(double v);
+  // A double body when multiprecision is not forced and precision < 53; otherwise a
+  // multiprecision body of that precision (at least 32 bits). Null on allocation failure.
+  static numberrepbody* createnumber(double v, unsigned long precision, bool force);
+};
+
+}  // namespace corbel
