@@ -4,13 +4,15 @@
 bootstrap:
 	@scripts/bootstrap
 
+# The unit tests, then the same tests built with the address and undefined-behaviour
+# sanitizers.
 test: bootstrap
 	cmake --preset dev
 	cmake --build --preset dev
+	ctest --preset dev
 	cmake --preset asan
 	cmake --build --preset asan
 	ctest --preset asan
-	ctest --preset dev
 
 demo: bootstrap
 	cmake --preset release

@@ -1,6 +1,7 @@
 // doublenumber: double arithmetic, roundings and the 64-bit stored-integer operations.
 #include "number/doublenumber.h"
 
+#include <bit>
 #include <cmath>
 #include <cstdio>
 
@@ -60,9 +61,14 @@ numberrepbody& doublenumber::setvalue(const unsigned int* words, int nwords, boo
 }
 
 numberrepbody& doublenumber::pow2(long n) {
-  // ldexp takes an int; beyond that range the result is 0 or infinity either way.
-  const long lim = 1L << 20;
-  value_ = std::ldexp(value_, static_cast<int>(n > lim ? lim : (n < -lim ? -lim : n)));
+  // Within the normal exponent range 2^n is a double, and one multiplication rounds
+  // exactly as ldexp does (once, to nearest); outside it ldexp handles the extremes.
+  if (n >= -1022 && n <= 1023) {
+    value_ *= std::bit_cast<double>(static_cast<std::uint64_t>(1023 + n) << 52);
+  } else {
+    const long lim = 1L << 20;  // beyond this every finite value is 0 or infinity anyway
+    value_ = std::ldexp(value_, static_cast<int>(n > lim ? lim : (n < -lim ? -lim : n)));
+  }
   return *this;
 }
 
