@@ -43,9 +43,15 @@ void baseline_double(benchmark::State& state, Op op) {
   for (auto _ : state) {
     for (int i = 0; i < kN; ++i) {
       switch (op) {
-        case Op::Add: c[i] = a[i] + b[i]; break;
-        case Op::Mul: c[i] = a[i] * b[i]; break;
-        case Op::Round: c[i] = std::ldexp(std::floor(std::ldexp(a[i] * b[i], 15) + 0.5), -15); break;
+        case Op::Add:
+          c[i] = a[i] + b[i];
+          break;
+        case Op::Mul:
+          c[i] = a[i] * b[i];
+          break;
+        case Op::Round:
+          c[i] = std::ldexp(std::floor(std::ldexp(a[i] * b[i], 15) + 0.5), -15);
+          break;
       }
     }
     benchmark::DoNotOptimize(c.data());
@@ -69,8 +75,12 @@ void baseline_mpfr(benchmark::State& state, Op op) {
   for (auto _ : state) {
     for (int i = 0; i < kN; ++i) {
       switch (op) {
-        case Op::Add: mpfr_add(c[i], a[i], b[i], MPFR_RNDN); break;
-        case Op::Mul: mpfr_mul(c[i], a[i], b[i], MPFR_RNDN); break;
+        case Op::Add:
+          mpfr_add(c[i], a[i], b[i], MPFR_RNDN);
+          break;
+        case Op::Mul:
+          mpfr_mul(c[i], a[i], b[i], MPFR_RNDN);
+          break;
         case Op::Round:
           mpfr_mul(c[i], a[i], b[i], MPFR_RNDN);
           mpfr_mul_2si(c[i], c[i], 15, MPFR_RNDN);
@@ -100,9 +110,15 @@ void number_inplace(benchmark::State& state, Op op) {
     for (int i = 0; i < kN; ++i) {
       c[i].setvalue(a[i]);
       switch (op) {
-        case Op::Add: c[i] += b[i]; break;
-        case Op::Mul: c[i] *= b[i]; break;
-        case Op::Round: (c[i] *= b[i]).nearest(15); break;
+        case Op::Add:
+          c[i] += b[i];
+          break;
+        case Op::Mul:
+          c[i] *= b[i];
+          break;
+        case Op::Round:
+          (c[i] *= b[i]).nearest(15);
+          break;
       }
     }
     benchmark::ClobberMemory();
@@ -118,9 +134,15 @@ void number_value(benchmark::State& state, Op op) {
   for (auto _ : state) {
     for (int i = 0; i < kN; ++i) {
       switch (op) {
-        case Op::Add: benchmark::DoNotOptimize(a[i] + b[i]); break;
-        case Op::Mul: benchmark::DoNotOptimize(a[i] * b[i]); break;
-        case Op::Round: benchmark::DoNotOptimize((a[i] * b[i]).nearest(15)); break;
+        case Op::Add:
+          benchmark::DoNotOptimize(a[i] + b[i]);
+          break;
+        case Op::Mul:
+          benchmark::DoNotOptimize(a[i] * b[i]);
+          break;
+        case Op::Round:
+          benchmark::DoNotOptimize((a[i] * b[i]).nearest(15));
+          break;
       }
     }
   }
@@ -132,8 +154,8 @@ void register_all() {
     const char* name;
     Op op;
   } ops[] = {{"add", Op::Add}, {"mul", Op::Mul}, {"round", Op::Round}};
-  auto add = [](const std::string& kind, const std::string& op, const std::string& width,
-                auto fn, Op o) {
+  auto add = [](const std::string& kind, const std::string& op, const std::string& width, auto fn,
+                Op o) {
     std::string name = kind;
     name.append("/").append(op).append("/").append(width);
     return benchmark::RegisterBenchmark(name.c_str(), fn, o);

@@ -38,8 +38,8 @@ int main() {
   struct Rounding {
     const char* name;
     number& (number::*op)();
-  } roundings[] = {{"ceil", &number::ceil},   {"convergent", &number::convergent},
-                   {"fix", &number::fix},     {"floor", &number::floor},
+  } roundings[] = {{"ceil", &number::ceil},       {"convergent", &number::convergent},
+                   {"fix", &number::fix},         {"floor", &number::floor},
                    {"nearest", &number::nearest}, {"round", &number::round}};
   for (const Rounding& r : roundings) {
     std::printf("  %-11s", r.name);

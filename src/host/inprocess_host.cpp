@@ -15,7 +15,9 @@ HostServices* active_host = nullptr;
 
 }  // namespace
 
-HostServices& host_services() { return active_host ? *active_host : default_host(); }
+HostServices& host_services() {
+  return active_host ? *active_host : default_host();
+}
 
 HostServices* set_host_services(HostServices* host) {
   HostServices* previous = active_host;
@@ -33,7 +35,9 @@ void InProcessHost::warning(std::string_view identifier, std::string_view text) 
   if (record_) warnings_.push_back({std::string(identifier), std::string(text)});
 }
 
-std::string InProcessHost::take_console() { return std::exchange(console_, {}); }
+std::string InProcessHost::take_console() {
+  return std::exchange(console_, {});
+}
 
 std::vector<InProcessHost::Warning> InProcessHost::take_warnings() {
   return std::exchange(warnings_, {});

@@ -30,7 +30,9 @@ constexpr std::string_view kReportTrailer =
     "giving the steps that reproduce the problem, the files they need and\n"
     "every message that was printed.";
 
-const MessageRow& row(Msg m) { return kMessages[static_cast<int>(m)]; }
+const MessageRow& row(Msg m) {
+  return kMessages[static_cast<int>(m)];
+}
 
 std::string vformat(Msg m, va_list args) {
   const MessageRow& r = row(m);
@@ -51,10 +53,18 @@ std::string vformat(Msg m, va_list args) {
 
 }  // namespace
 
-std::string_view message_identifier(Msg m) { return row(m).identifier; }
-std::string_view message_format(Msg m) { return row(m).format; }
-MsgKind message_kind(Msg m) { return row(m).kind; }
-std::string_view report_trailer() { return kReportTrailer; }
+std::string_view message_identifier(Msg m) {
+  return row(m).identifier;
+}
+std::string_view message_format(Msg m) {
+  return row(m).format;
+}
+MsgKind message_kind(Msg m) {
+  return row(m).kind;
+}
+std::string_view report_trailer() {
+  return kReportTrailer;
+}
 
 std::string format_message(Msg m, ...) {
   va_list args;

@@ -171,8 +171,12 @@ numberrepbody& doublenumber::bitset(long, bool, bool, int, double, int, double, 
   raise(Msg::DoubleBitsetMpParams);
 }
 
-bool doublenumber::myisfinite() const { return std::isfinite(value_); }
-bool doublenumber::myisinf() const { return std::isinf(value_); }
+bool doublenumber::myisfinite() const {
+  return std::isfinite(value_);
+}
+bool doublenumber::myisinf() const {
+  return std::isinf(value_);
+}
 
 long doublenumber::unbiasedexponent() const {
   int e = 0;
@@ -201,8 +205,10 @@ numberrepbody& doublenumber::fix() {
 numberrepbody& doublenumber::nearest() {
   // floor(x + 1/2): halves go toward +infinity.
   const double f = std::floor(value_);
-  if (value_ - f >= 0.5) value_ = f + 1.0;
-  else if (std::isfinite(f)) value_ = f;
+  if (value_ - f >= 0.5)
+    value_ = f + 1.0;
+  else if (std::isfinite(f))
+    value_ = f;
   return *this;
 }
 
@@ -215,12 +221,14 @@ numberrepbody& doublenumber::convergent() {
   // Nearest integer, halves to the even neighbour.
   const double f = std::floor(value_);
   const double d = value_ - f;
-  if (d > 0.5 || (d == 0.5 && std::fmod(f, 2.0) != 0.0)) value_ = f + 1.0;
-  else if (std::isfinite(f)) value_ = f;
+  if (d > 0.5 || (d == 0.5 && std::fmod(f, 2.0) != 0.0))
+    value_ = f + 1.0;
+  else if (std::isfinite(f))
+    value_ = f;
   return *this;
 }
 
-#define CORBEL_SCALED_ROUNDING(name) \
+#define CORBEL_SCALED_ROUNDING(name)          \
   numberrepbody& doublenumber::name(long n) { \
     pow2(n);                                  \
     name();                                   \

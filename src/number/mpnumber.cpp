@@ -45,7 +45,7 @@ void pattern_of(const numberrepbody& b, mpz_ptr result, int exponent,
                 mpfr_srcptr twoToTheWordLength) {
   if (b.gettype() == numbertype::mpnumber) {
     static_cast<const mpnumber&>(b).convertToUnsignedInteger(result, 1.0, exponent, 0.0,
-                                                              twoToTheWordLength);
+                                                             twoToTheWordLength);
   } else {
     mpnumber tmp(b.todouble(), 53);
     tmp.convertToUnsignedInteger(result, 1.0, exponent, 0.0, twoToTheWordLength);
@@ -60,8 +60,8 @@ void check_position(long position, int wordlength, Msg error) {
 
 mpnumber::mpnumber(double v, unsigned long precision)
     : numberrepbody(numbertype::mpnumber),
-      value_(allocate_value(std::max<mpfr_prec_t>(static_cast<mpfr_prec_t>(precision),
-                                                   kMinPrecision))) {
+      value_(allocate_value(
+          std::max<mpfr_prec_t>(static_cast<mpfr_prec_t>(precision), kMinPrecision))) {
   mpfr_set_d(value_, v, MPFR_RNDN);
 }
 
@@ -303,7 +303,7 @@ numberrepbody& mpnumber::convergent() {
   return *this;
 }
 
-#define CORBEL_SCALED_ROUNDING(name) \
+#define CORBEL_SCALED_ROUNDING(name)      \
   numberrepbody& mpnumber::name(long n) { \
     pow2(n);                              \
     name();                               \
@@ -317,7 +317,9 @@ CORBEL_SCALED_ROUNDING(nearest)
 CORBEL_SCALED_ROUNDING(round)
 #undef CORBEL_SCALED_ROUNDING
 
-double mpnumber::tosingle() const { return static_cast<double>(mpfr_get_flt(value_, MPFR_RNDN)); }
+double mpnumber::tosingle() const {
+  return static_cast<double>(mpfr_get_flt(value_, MPFR_RNDN));
+}
 
 mpnumber& mpnumber::mod(const mpnumber& divisor) {
   const mpfr_srcptr y = divisor.value_;

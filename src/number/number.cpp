@@ -26,17 +26,27 @@ number& number::operator=(const number& other) {
   return *this;
 }
 
-number& number::operator=(double v) { return setvalue(v); }
+number& number::operator=(double v) {
+  return setvalue(v);
+}
 
-number::~number() { delete handle_; }
+number::~number() {
+  delete handle_;
+}
 
 void number::setDefaultPrecision(unsigned long precision, bool force) {
   default_precision = precision;
   default_force = force;
 }
-void number::setDefaultForceMultiplePrecision(bool force) { default_force = force; }
-unsigned long number::getDefaultPrecision() { return default_precision; }
-bool number::getDefaultForceMultiplePrecision() { return default_force; }
+void number::setDefaultForceMultiplePrecision(bool force) {
+  default_force = force;
+}
+unsigned long number::getDefaultPrecision() {
+  return default_precision;
+}
+bool number::getDefaultForceMultiplePrecision() {
+  return default_force;
+}
 
 number& number::operator+=(const number& r) {
   *handle_ += *r.handle_;
@@ -112,14 +122,14 @@ number& number::stripscaling(double slope, int exponent, double bias) {
   return *this;
 }
 
-#define CORBEL_ROUNDING(name)      \
-  number& number::name() {         \
-    handle_->name();               \
-    return *this;                  \
-  }                                \
-  number& number::name(long n) {   \
-    handle_->name(n);              \
-    return *this;                  \
+#define CORBEL_ROUNDING(name)    \
+  number& number::name() {       \
+    handle_->name();             \
+    return *this;                \
+  }                              \
+  number& number::name(long n) { \
+    handle_->name(n);            \
+    return *this;                \
   }
 CORBEL_ROUNDING(ceil)
 CORBEL_ROUNDING(convergent)

@@ -93,16 +93,16 @@ class number {
                  mpz_srcptr xormask, mpfr_srcptr twoToTheWordLength);
   number& doublebitand(const number& other, bool issigned, int wordlength, double slope,
                        int exponent, double bias, std::uint64_t twoToTheWordLength);
-  number& mpbitand(const number& other, bool issigned, int wordlength, double slope,
-                   int exponent, double bias, mpfr_srcptr twoToTheWordLength);
+  number& mpbitand(const number& other, bool issigned, int wordlength, double slope, int exponent,
+                   double bias, mpfr_srcptr twoToTheWordLength);
   number& doublebitor(const number& other, bool issigned, int wordlength, double slope,
                       int exponent, double bias, std::uint64_t twoToTheWordLength);
   number& mpbitor(const number& other, bool issigned, int wordlength, double slope, int exponent,
                   double bias, mpfr_srcptr twoToTheWordLength);
   number& doublebitxor(const number& other, bool issigned, int wordlength, double slope,
                        int exponent, double bias, std::uint64_t twoToTheWordLength);
-  number& mpbitxor(const number& other, bool issigned, int wordlength, double slope,
-                   int exponent, double bias, mpfr_srcptr twoToTheWordLength);
+  number& mpbitxor(const number& other, bool issigned, int wordlength, double slope, int exponent,
+                   double bias, mpfr_srcptr twoToTheWordLength);
   unsigned char bitget(long position, bool issigned, int wordlength, double slope, int exponent,
                        double bias, std::uint64_t twoToTheWordLength) const;
   unsigned char bitget(long position, bool issigned, int wordlength, double slope, int exponent,

@@ -8,7 +8,9 @@
 
 namespace corbel {
 
-numberrepbody* numberfactory::createnumber() { return createnumber(0.0); }
+numberrepbody* numberfactory::createnumber() {
+  return createnumber(0.0);
+}
 
 numberrepbody* numberfactory::createnumber(double v) {
   try {

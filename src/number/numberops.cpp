@@ -10,13 +10,21 @@
 namespace corbel {
 namespace {
 
-bool is_double(const numberrepbody& b) { return b.gettype() == numbertype::doublenumber; }
-doublenumber& as_double(numberrepbody& b) { return static_cast<doublenumber&>(b); }
+bool is_double(const numberrepbody& b) {
+  return b.gettype() == numbertype::doublenumber;
+}
+doublenumber& as_double(numberrepbody& b) {
+  return static_cast<doublenumber&>(b);
+}
 const doublenumber& as_double(const numberrepbody& b) {
   return static_cast<const doublenumber&>(b);
 }
-mpnumber& as_mp(numberrepbody& b) { return static_cast<mpnumber&>(b); }
-const mpnumber& as_mp(const numberrepbody& b) { return static_cast<const mpnumber&>(b); }
+mpnumber& as_mp(numberrepbody& b) {
+  return static_cast<mpnumber&>(b);
+}
+const mpnumber& as_mp(const numberrepbody& b) {
+  return static_cast<const mpnumber&>(b);
+}
 
 // Each operation once for doubles and once for two multiprecision values.
 struct Plus {
@@ -233,7 +241,9 @@ numberrepbody& numberrepbody::operator*=(const numberrepbody& r) {
 numberrepbody& numberrepbody::operator/=(const numberrepbody& r) {
   return numberops::divideequals(*this, r);
 }
-bool numberrepbody::operator<(const numberrepbody& r) const { return numberops::lessthan(*this, r); }
+bool numberrepbody::operator<(const numberrepbody& r) const {
+  return numberops::lessthan(*this, r);
+}
 bool numberrepbody::operator<=(const numberrepbody& r) const {
   return numberops::lessthanorequal(*this, r);
 }
@@ -243,7 +253,9 @@ bool numberrepbody::operator>(const numberrepbody& r) const {
 bool numberrepbody::operator>=(const numberrepbody& r) const {
   return numberops::greaterthanorequal(*this, r);
 }
-bool numberrepbody::operator==(const numberrepbody& r) const { return numberops::equal(*this, r); }
+bool numberrepbody::operator==(const numberrepbody& r) const {
+  return numberops::equal(*this, r);
+}
 bool numberrepbody::operator!=(const numberrepbody& r) const {
   return numberops::notequal(*this, r);
 }
@@ -253,7 +265,9 @@ numberrepbody& numberrepbody::_hypot(const numberrepbody& a, const numberrepbody
 numberrepbody& numberrepbody::setprecision(unsigned long p, bool force) {
   return numberops::setprecision(*this, p, force);
 }
-numberrepbody& numberrepbody::mod(const numberrepbody& d) { return numberops::mod(*this, d); }
+numberrepbody& numberrepbody::mod(const numberrepbody& d) {
+  return numberops::mod(*this, d);
+}
 std::int8_t numberrepbody::fixed2int8(long w, long f) const {
   return numberops::fixed2int8(*this, w, f);
 }

@@ -34,8 +34,7 @@ class numberops {
   static bool notequal(const numberrepbody& l, const numberrepbody& r);
   // this = sqrt(a^2 + b^2). Multiprecision when any of the three is, at the largest
   // multiprecision precision among them.
-  static numberrepbody& _hypot(numberrepbody& self, const numberrepbody& a,
-                               const numberrepbody& b);
+  static numberrepbody& _hypot(numberrepbody& self, const numberrepbody& a, const numberrepbody& b);
   // Without force: a double body asked for more than 52 bits is promoted, a
   // multiprecision body is re-rounded in place and never demoted. With force: always a
   // new multiprecision body of that precision, built from the value as a double.

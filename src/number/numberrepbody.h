@@ -39,7 +39,8 @@ class numberrepbody {
   virtual numberrepbody& stripscaling(double slope, int exponent, double bias) = 0;
 
   virtual numberrepbody& bitcmp(bool issigned, int wordlength, double slope, int exponent,
-                                double bias, mpz_srcptr xormask, mpfr_srcptr twoToTheWordLength) = 0;
+                                double bias, mpz_srcptr xormask,
+                                mpfr_srcptr twoToTheWordLength) = 0;
   virtual numberrepbody& bitcmp(bool issigned, int wordlength, double slope, int exponent,
                                 double bias, std::uint64_t xormask,
                                 std::uint64_t twoToTheWordLength) = 0;
@@ -62,8 +63,7 @@ class numberrepbody {
                                 double slope, int exponent, double bias,
                                 std::uint64_t twoToTheWordLength) = 0;
   virtual unsigned char bitget(long position, bool issigned, int wordlength, double slope,
-                               int exponent, double bias,
-                               mpfr_srcptr twoToTheWordLength) const = 0;
+                               int exponent, double bias, mpfr_srcptr twoToTheWordLength) const = 0;
   virtual unsigned char bitget(long position, bool issigned, int wordlength, double slope,
                                int exponent, double bias,
                                std::uint64_t twoToTheWordLength) const = 0;

@@ -15,7 +15,9 @@ numberrepbody* numberrephandle::checked(numberrepbody* b) {
 
 numberrephandle::numberrephandle() : body_(checked(numberfactory::createnumber())) {}
 
-numberrephandle::numberrephandle(numberrepbody& body) : body_(&body) { body_->incrcount(); }
+numberrephandle::numberrephandle(numberrepbody& body) : body_(&body) {
+  body_->incrcount();
+}
 
 numberrephandle::numberrephandle(double v) : body_(checked(numberfactory::createnumber(v))) {}
 

@@ -77,13 +77,14 @@ class numberrephandle final : public Pooled<numberrephandle> {
     return mutate([n](numberrepbody& b) -> numberrepbody& { return b.pow2(n); });
   }
   numberrephandle& stripscaling(double slope, int exponent, double bias) {
-    return mutate([&](numberrepbody& b) -> numberrepbody& {
-      return b.stripscaling(slope, exponent, bias);
-    });
+    return mutate(
+        [&](numberrepbody& b) -> numberrepbody& { return b.stripscaling(slope, exponent, bias); });
   }
 
   // Roundings: to an integer, or with n to a multiple of 2^-n.
-  numberrephandle& ceil() { return mutate([](numberrepbody& b) -> numberrepbody& { return b.ceil(); }); }
+  numberrephandle& ceil() {
+    return mutate([](numberrepbody& b) -> numberrepbody& { return b.ceil(); });
+  }
   numberrephandle& ceil(long n) {
     return mutate([n](numberrepbody& b) -> numberrepbody& { return b.ceil(n); });
   }
@@ -93,7 +94,9 @@ class numberrephandle final : public Pooled<numberrephandle> {
   numberrephandle& convergent(long n) {
     return mutate([n](numberrepbody& b) -> numberrepbody& { return b.convergent(n); });
   }
-  numberrephandle& fix() { return mutate([](numberrepbody& b) -> numberrepbody& { return b.fix(); }); }
+  numberrephandle& fix() {
+    return mutate([](numberrepbody& b) -> numberrepbody& { return b.fix(); });
+  }
   numberrephandle& fix(long n) {
     return mutate([n](numberrepbody& b) -> numberrepbody& { return b.fix(n); });
   }
@@ -151,8 +154,8 @@ class numberrephandle final : public Pooled<numberrephandle> {
     return body_->bitget(position, issigned, wordlength, slope, exponent, bias, two);
   }
   template <class Two>
-  numberrephandle& bitset(long position, bool bitvalue, bool issigned, int wordlength,
-                          double slope, int exponent, double bias, Two two) {
+  numberrephandle& bitset(long position, bool bitvalue, bool issigned, int wordlength, double slope,
+                          int exponent, double bias, Two two) {
     return mutate([&](numberrepbody& b) -> numberrepbody& {
       return b.bitset(position, bitvalue, issigned, wordlength, slope, exponent, bias, two);
     });

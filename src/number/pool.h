@@ -17,7 +17,7 @@ class FreeListPool {
  public:
   static void* allocate() {
 #ifdef CORBEL_NO_POOL
-    return ::operator new(Size, std::align_val_t{Align});
+    return ::operator new (Size, std::align_val_t{Align});
 #else
     if (free_ == nullptr) refill();
     Node* n = free_;
@@ -28,7 +28,7 @@ class FreeListPool {
 
   static void deallocate(void* p) noexcept {
 #ifdef CORBEL_NO_POOL
-    ::operator delete(p, std::align_val_t{Align});
+    ::operator delete (p, std::align_val_t{Align});
 #else
     Node* n = static_cast<Node*>(p);
     n->next = free_;
@@ -47,7 +47,7 @@ class FreeListPool {
 
   static void refill() {
     auto* block =
-        static_cast<unsigned char*>(::operator new(kSlot * kPerBlock, std::align_val_t{kAlign}));
+        static_cast<unsigned char*>(::operator new (kSlot* kPerBlock, std::align_val_t{kAlign}));
     for (std::size_t i = kPerBlock; i-- > 0;) {
       Node* n = reinterpret_cast<Node*>(block + i * kSlot);
       n->next = free_;

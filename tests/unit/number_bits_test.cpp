@@ -1,7 +1,7 @@
 // Stored-integer bit operations of numbers: the 64-bit forms of double bodies, the
 // multiprecision forms, their errors, and their agreement with plain integer arithmetic.
-#include <gtest/gtest.h>
 #include <gmp.h>
+#include <gtest/gtest.h>
 #include <mpfr.h>
 
 #include <random>
@@ -30,7 +30,9 @@ struct MpMasks {
   mpfr_t two;
 };
 
-std::uint64_t two64(int wl) { return 1ULL << wl; }
+std::uint64_t two64(int wl) {
+  return 1ULL << wl;
+}
 
 // A number holding stored integer k with fraction length fl.
 number stored(long long k, int fl, unsigned long precision) {

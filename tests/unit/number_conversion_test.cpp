@@ -1,7 +1,7 @@
 // Conversions of numbers: stored integers in and out, scaling, remainders, exponents,
 // single precision and the debugging print.
-#include <gtest/gtest.h>
 #include <gmp.h>
+#include <gtest/gtest.h>
 
 #include <cmath>
 #include <random>
@@ -100,7 +100,7 @@ TEST(NumberConversion, ModTakesTheSignOfTheDivisor) {
   struct Case {
     double x, y, expected;
   } cases[] = {
-      {7, 3, 1},     {-7, 3, 2},    {7, -3, -2},  {-7, -3, -1}, {5.5, 2, 1.5},
+      {7, 3, 1},      {-7, 3, 2},        {7, -3, -2},        {-7, -3, -1}, {5.5, 2, 1.5},
       {-5.5, 2, 0.5}, {1.25, 0.5, 0.25}, {-1.25, 0.5, 0.25}, {3, 0.75, 0}, {4, 0, 4},
   };
   for (const Case& c : cases) {
@@ -126,7 +126,9 @@ TEST(NumberConversion, ModAgreesAcrossBodiesOverASweep) {
     d.mod(number(y));
     m.mod(number(y, 80, false));
     ASSERT_TRUE(d == m) << x << " mod " << y;
-    if (y != 0) ASSERT_TRUE(d.iszero() || (d.isnegative() == (y < 0))) << x << " mod " << y;
+    if (y != 0) {
+      ASSERT_TRUE(d.iszero() || (d.isnegative() == (y < 0))) << x << " mod " << y;
+    }
   }
 }
 

@@ -1,7 +1,9 @@
 // Representation choice, copy-on-write, promotion and precision changes of numbers.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
+#include <vector>
 
 #include "number/doublenumber.h"
 #include "number/mpnumber.h"
@@ -18,9 +20,9 @@ TEST(NumberRepresentation, PrecisionAndForceChooseTheBody) {
     numbertype type;
     unsigned long expectedPrecision;
   } cases[] = {
-      {1, false, numbertype::doublenumber, 52},  {52, false, numbertype::doublenumber, 52},
-      {53, false, numbertype::mpnumber, 53},     {200, false, numbertype::mpnumber, 200},
-      {10, true, numbertype::mpnumber, 32},      {52, true, numbertype::mpnumber, 52},
+      {1, false, numbertype::doublenumber, 52}, {52, false, numbertype::doublenumber, 52},
+      {53, false, numbertype::mpnumber, 53},    {200, false, numbertype::mpnumber, 200},
+      {10, true, numbertype::mpnumber, 32},     {52, true, numbertype::mpnumber, 52},
   };
   for (const Case& c : cases) {
     number n(1.5, c.precision, c.force);
@@ -180,8 +182,50 @@ TEST(NumberRepresentation, PromotionKeepsTheRightPrecisionOverASweep) {
     mpfr_init2(e, static_cast<mpfr_prec_t>(p));
     mpfr_set_d(e, x, MPFR_RNDN);
     mpfr_add_d(e, e, y, MPFR_RNDN);
-    EXPECT_TRUE(mpfr_equal_p(static_cast<const mpnumber&>(sum.gethandle().getbody()).getelement(), e));
+    EXPECT_TRUE(
+        mpfr_equal_p(static_cast<const mpnumber&>(sum.gethandle().getbody()).getelement(), e));
     mpfr_clear(e);
+  }
+}
+
+// Random copies, assignments and changes over a pool of numbers of both kinds: every
+// number always holds the value the same steps give on plain doubles, so no change ever
+// reaches a sibling that shares its body.
+TEST(NumberRepresentation, CopyOnWriteNeverChangesASiblingOverASweep) {
+  std::mt19937_64 rng(4);
+  std::vector<number> pool;
+  std::vector<double> shadow;
+  for (int i = 0; i < 16; ++i) {
+    pool.emplace_back(static_cast<double>(i), (i % 2) ? 52ul : 90ul, false);
+    shadow.push_back(i);
+  }
+  std::uniform_int_distribution<size_t> pick(0, pool.size() - 1);
+  for (int step = 0; step < 5000; ++step) {
+    const size_t a = pick(rng), b = pick(rng);
+    switch (rng() % 5) {
+      case 0:
+        pool[a] = pool[b];
+        shadow[a] = shadow[b];
+        break;
+      case 1:
+        pool[a] += pool[b];
+        shadow[a] += shadow[b];
+        break;
+      case 2:
+        pool[a].negate();
+        shadow[a] = -shadow[a];
+        break;
+      case 3:
+        pool[a].pow2(-1).floor();
+        shadow[a] = std::floor(shadow[a] / 2);
+        break;
+      case 4:
+        pool[a] = number(pool[b]) - pool[a];
+        shadow[a] = shadow[b] - shadow[a];
+        break;
+    }
+    for (size_t i = 0; i < pool.size(); ++i)
+      ASSERT_EQ(pool[i].todouble(), shadow[i]) << "step " << step << " number " << i;
   }
 }
 

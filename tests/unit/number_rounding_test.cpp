@@ -1,7 +1,7 @@
 // The six roundings of numbers, at an integer and at n fraction bits, on both bodies,
 // against an exact rational reference.
-#include <gtest/gtest.h>
 #include <gmp.h>
+#include <gtest/gtest.h>
 #include <mpfr.h>
 
 #include <random>
@@ -24,24 +24,36 @@ const char* name(Mode m) {
 
 number& apply(number& x, Mode m) {
   switch (m) {
-    case Mode::Ceil: return x.ceil();
-    case Mode::Convergent: return x.convergent();
-    case Mode::Fix: return x.fix();
-    case Mode::Floor: return x.floor();
-    case Mode::Nearest: return x.nearest();
-    case Mode::Round: return x.round();
+    case Mode::Ceil:
+      return x.ceil();
+    case Mode::Convergent:
+      return x.convergent();
+    case Mode::Fix:
+      return x.fix();
+    case Mode::Floor:
+      return x.floor();
+    case Mode::Nearest:
+      return x.nearest();
+    case Mode::Round:
+      return x.round();
   }
   return x;
 }
 
 number& apply(number& x, Mode m, long n) {
   switch (m) {
-    case Mode::Ceil: return x.ceil(n);
-    case Mode::Convergent: return x.convergent(n);
-    case Mode::Fix: return x.fix(n);
-    case Mode::Floor: return x.floor(n);
-    case Mode::Nearest: return x.nearest(n);
-    case Mode::Round: return x.round(n);
+    case Mode::Ceil:
+      return x.ceil(n);
+    case Mode::Convergent:
+      return x.convergent(n);
+    case Mode::Fix:
+      return x.fix(n);
+    case Mode::Floor:
+      return x.floor(n);
+    case Mode::Nearest:
+      return x.nearest(n);
+    case Mode::Round:
+      return x.round(n);
   }
   return x;
 }
@@ -59,8 +71,10 @@ void to_rational(const number& x, mpq_t q) {
 void reference(mpq_t q, Mode m, long n) {
   mpq_t s, half;
   mpq_inits(s, half, nullptr);
-  if (n >= 0) mpq_mul_2exp(s, q, static_cast<mp_bitcnt_t>(n));
-  else mpq_div_2exp(s, q, static_cast<mp_bitcnt_t>(-n));
+  if (n >= 0)
+    mpq_mul_2exp(s, q, static_cast<mp_bitcnt_t>(n));
+  else
+    mpq_div_2exp(s, q, static_cast<mp_bitcnt_t>(-n));
   mpq_set_ui(half, 1, 2);
   mpz_t f, r;
   mpz_inits(f, r, nullptr);
@@ -73,10 +87,17 @@ void reference(mpq_t q, Mode m, long n) {
   const bool exact = mpq_sgn(frac) == 0;
   mpz_set(r, f);
   switch (m) {
-    case Mode::Floor: break;
-    case Mode::Ceil: if (!exact) mpz_add_ui(r, f, 1); break;
-    case Mode::Fix: if (!exact && mpq_sgn(s) < 0) mpz_add_ui(r, f, 1); break;
-    case Mode::Nearest: if (cmpHalf >= 0) mpz_add_ui(r, f, 1); break;
+    case Mode::Floor:
+      break;
+    case Mode::Ceil:
+      if (!exact) mpz_add_ui(r, f, 1);
+      break;
+    case Mode::Fix:
+      if (!exact && mpq_sgn(s) < 0) mpz_add_ui(r, f, 1);
+      break;
+    case Mode::Nearest:
+      if (cmpHalf >= 0) mpz_add_ui(r, f, 1);
+      break;
     case Mode::Round:
       if (cmpHalf > 0 || (cmpHalf == 0 && mpq_sgn(s) > 0)) mpz_add_ui(r, f, 1);
       break;
@@ -85,8 +106,10 @@ void reference(mpq_t q, Mode m, long n) {
       break;
   }
   mpq_set_z(q, r);
-  if (n >= 0) mpq_div_2exp(q, q, static_cast<mp_bitcnt_t>(n));
-  else mpq_mul_2exp(q, q, static_cast<mp_bitcnt_t>(-n));
+  if (n >= 0)
+    mpq_div_2exp(q, q, static_cast<mp_bitcnt_t>(n));
+  else
+    mpq_mul_2exp(q, q, static_cast<mp_bitcnt_t>(-n));
   mpq_clears(s, half, frac, nullptr);
   mpz_clears(f, r, nullptr);
 }
@@ -107,9 +130,9 @@ TEST(NumberRounding, TiesFollowEachModesRule) {
     double x;
     double ceil, convergent, fix, floor, nearest, round;
   } cases[] = {
-      {2.5, 3, 2, 2, 2, 3, 3},       {-2.5, -2, -2, -2, -3, -2, -3},
-      {3.5, 4, 4, 3, 3, 4, 4},       {-3.5, -3, -4, -3, -4, -3, -4},
-      {0.5, 1, 0, 0, 0, 1, 1},       {-0.5, -0.0, -0.0, 0, -1, 0, -1},
+      {2.5, 3, 2, 2, 2, 3, 3},        {-2.5, -2, -2, -2, -3, -2, -3},
+      {3.5, 4, 4, 3, 3, 4, 4},        {-3.5, -3, -4, -3, -4, -3, -4},
+      {0.5, 1, 0, 0, 0, 1, 1},        {-0.5, -0.0, -0.0, 0, -1, 0, -1},
       {-2.7, -2, -3, -2, -3, -3, -3}, {2.2, 3, 2, 2, 2, 2, 2},
   };
   for (unsigned long precision : {20ul, 52ul, 200ul}) {
