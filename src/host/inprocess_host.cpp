@@ -3,6 +3,12 @@
 
 #include <utility>
 
+#include "host/dispatcher.h"
+#include "host/host_error.h"
+#include "host/messages.h"
+#include "host/numeric_eval.h"
+#include "host/xo_class.h"
+
 namespace corbel {
 namespace {
 
@@ -12,6 +18,26 @@ HostServices& default_host() {
 }
 
 HostServices* active_host = nullptr;
+
+void check_counts(std::string_view name, std::span<HostArray> outputs,
+                  std::span<const HostArray> inputs, int max_outputs, int inputs_needed) {
+  const std::string n(name);
+  if (static_cast<int>(outputs.size()) > max_outputs) {
+    raise(Msg::HostTooManyOutputs, n.c_str(), max_outputs);
+  }
+  if (static_cast<int>(inputs.size()) != inputs_needed) {
+    raise(Msg::HostWrongInputCount, n.c_str(), inputs_needed);
+  }
+}
+
+// "[ a | b ]" for an enumerated type, empty otherwise.
+std::string value_choices(const XoDataType& type) {
+  if (type.getKind() != XoTypeKind::EnumString) return {};
+  std::string s = "[";
+  const auto& values = static_cast<const XoEnumStringType&>(type).getValues();
+  for (std::size_t i = 0; i < values.size(); ++i) s += (i ? " | " : " ") + values[i].text;
+  return s + " ]";
+}
 
 }  // namespace
 
@@ -23,6 +49,20 @@ HostServices* set_host_services(HostServices* host) {
   HostServices* previous = active_host;
   active_host = host;
   return previous;
+}
+
+InProcessHost::InProcessHost(std::FILE* echo, bool record) : echo_(echo), record_(record) {
+  register_function("lasterr", [this](std::span<HostArray> out, std::span<const HostArray> in) {
+    check_counts("lasterr", out, in, 2, 0);
+    if (out.size() > 0) out[0] = HostArray::make_text(last_message_);
+    if (out.size() > 1) out[1] = HostArray::make_text(last_identifier_);
+  });
+  register_function("eval", [](std::span<HostArray> out, std::span<const HostArray> in) {
+    check_counts("eval", out, in, 1, 1);
+    if (!in[0].is_text()) raise(Msg::HostEvalNotText);
+    HostArray value = evaluate_numeric_text(in[0].text());
+    if (!out.empty()) out[0] = std::move(value);
+  });
 }
 
 void InProcessHost::print(std::string_view text) {
@@ -41,6 +81,95 @@ std::string InProcessHost::take_console() {
 
 std::vector<InProcessHost::Warning> InProcessHost::take_warnings() {
   return std::exchange(warnings_, {});
+}
+
+void InProcessHost::register_function(std::string name, Function function) {
+  functions_[std::move(name)] = std::move(function);
+}
+
+int InProcessHost::call_function(std::string_view name, std::span<HostArray> outputs,
+                                 std::span<const HostArray> inputs) {
+  std::string identifier, message;
+  try {
+    auto it = functions_.find(name);
+    if (it == functions_.end()) raise(Msg::HostUnknownFunction, std::string(name).c_str());
+    it->second(outputs, inputs);
+    return 0;
+  } catch (const HostError& e) {
+    identifier = e.identifier();
+    message = e.text();
+  } catch (const std::exception& e) {
+    message = e.what();
+  }
+  for (HostArray& o : outputs) o.release();
+  record_error(identifier, message);
+  if (trap_ && mode_ == kHostErrorModeReturn) return 1;
+  raise_host_error(std::move(identifier), std::move(message));
+}
+
+int InProcessHost::set_error_mode(int mode) {
+  return std::exchange(mode_, mode);
+}
+
+void InProcessHost::call_builtin_method(std::string_view method, std::span<HostArray> outputs,
+                                        std::span<const HostArray> inputs, XoErrorStatus& status) {
+  try {
+    if (method != "set") raise(Msg::XoUnknownBuiltinMethod, std::string(method).c_str());
+    builtin_set(outputs, inputs);
+  } catch (const HostError& e) {
+    status.errors.push_back({e.identifier(), e.text()});
+    record_error(e.identifier(), e.text());
+  } catch (const std::exception& e) {
+    status.errors.push_back({"", e.what()});
+    record_error("", e.what());
+  }
+}
+
+void InProcessHost::builtin_set(std::span<HostArray> outputs, std::span<const HostArray> inputs) {
+  if (inputs.empty() || !inputs[0].object()) raise(Msg::XoBuiltinNeedsObject, "set");
+  XoInterface* object = inputs[0].object();
+  auto name_of = [](const HostArray& a) {
+    if (!a.is_text()) raise(Msg::XoSetNeedsName);
+    return a.text();
+  };
+
+  if (inputs.size() >= 3) {
+    if (inputs.size() % 2 == 0) raise(Msg::XoSetNeedsPairs);
+    for (std::size_t i = 1; i < inputs.size(); i += 2) {
+      dispatcher::set_property(object, name_of(inputs[i]), inputs[i + 1]);
+    }
+    return;
+  }
+
+  std::string listing;
+  if (inputs.size() == 2) {
+    const std::string name = name_of(inputs[1]);
+    XoPropInfoTemplate* p = object->getClass()->findProperty(name);
+    if (!p) {
+      raise(Msg::XoUnknownProperty, name.c_str(),
+            object->getClass()->getPackageClassName().c_str());
+    }
+    listing = value_choices(*p->getType());
+    if (outputs.empty() && !listing.empty()) listing += "\n";
+  } else {
+    for (const XoClass* c = object->getClass(); c; c = c->getSuperclass()) {
+      for (const auto& p : c->getProperties()) {
+        if (p->isReadOnly() || (p->getFlags() & kXoPropHidden)) continue;
+        const std::string choices = value_choices(*p->getType());
+        listing += "  " + p->getName() + (choices.empty() ? "" : ": " + choices) + "\n";
+      }
+    }
+  }
+  if (outputs.empty()) {
+    print(listing);
+  } else {
+    outputs[0] = HostArray::make_text(listing);
+  }
+}
+
+void InProcessHost::record_error(std::string identifier, std::string message) {
+  last_identifier_ = std::move(identifier);
+  last_message_ = std::move(message);
 }
 
 }  // namespace corbel

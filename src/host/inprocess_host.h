@@ -1,8 +1,11 @@
 // The in-process host: host services for C++ programs and the unit tests. It records
-// console output and warnings so that they can be read back, and can echo them.
+// console output and warnings so that they can be read back, and can echo them; it calls
+// host functions from a table by name ("lasterr", "eval" and any a test registers).
 #pragma once
 
 #include <cstdio>
+#include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -18,10 +21,16 @@ class InProcessHost : public HostServices {
     bool operator==(const Warning&) const = default;
   };
 
+  // A host function: fills outputs (outputs.size() of them were asked for) from inputs, and
+  // fails by throwing (a HostError carries its identifier; any other exception has none).
+  using Function =
+      std::function<void(std::span<HostArray> outputs, std::span<const HostArray> inputs)>;
+
   // echo: where console text and warnings are also written (nullptr: nowhere).
   // record: whether they are kept for take_console() and take_warnings().
-  explicit InProcessHost(std::FILE* echo = nullptr, bool record = true)
-      : echo_(echo), record_(record) {}
+  explicit InProcessHost(std::FILE* echo = nullptr, bool record = true);
+  InProcessHost(const InProcessHost&) = delete;
+  InProcessHost& operator=(const InProcessHost&) = delete;
 
   void print(std::string_view text) override;
   void warning(std::string_view identifier, std::string_view text) override;
@@ -30,11 +39,45 @@ class InProcessHost : public HostServices {
   std::string take_console();
   std::vector<Warning> take_warnings();
 
+  // Host functions. The table starts with:
+  //   "lasterr": no inputs, up to two outputs: the last error's message and identifier
+  //              (0x0 char arrays when there is none);
+  //   "eval":    one char input, up to one output: the value of numeric text
+  //              (see numeric_eval.h).
+  // register_function adds a function or replaces the one of that name.
+  void register_function(std::string name, Function function);
+  int call_function(std::string_view name, std::span<HostArray> outputs,
+                    std::span<const HostArray> inputs) override;
+
+  void set_error_trap(bool on) override { trap_ = on; }
+  bool error_trap() const override { return trap_; }
+  int set_error_mode(int mode) override;
+  int error_mode() const override { return mode_; }
+
+  // The built-in "set": set(obj) lists the settable properties, one per line ("  Name" or
+  // "  Name: [ a | b ]" for an enumerated type); set(obj, name) gives the value strings of
+  // an enumerated property as "[ a | b ]" (empty text for other types); either prints when
+  // no output is asked for and returns the text otherwise. set(obj, name, value, ...)
+  // stores each pair in turn through the dispatcher and stops at the first failure.
+  void call_builtin_method(std::string_view method, std::span<HostArray> outputs,
+                           std::span<const HostArray> inputs, XoErrorStatus& status) override;
+
+  const std::string& last_error_message() const { return last_message_; }
+  const std::string& last_error_identifier() const { return last_identifier_; }
+
  private:
+  void record_error(std::string identifier, std::string message);
+  void builtin_set(std::span<HostArray> outputs, std::span<const HostArray> inputs);
+
   std::FILE* echo_;
   bool record_;
   std::string console_;
   std::vector<Warning> warnings_;
+  std::map<std::string, Function, std::less<>> functions_;
+  bool trap_ = false;
+  int mode_ = 0;
+  std::string last_message_;
+  std::string last_identifier_;
 };
 
 // Installs a host for the lifetime of a scope, then restores the previous one.

@@ -1,10 +1,18 @@
-// The services a host gives the module (console, warnings, ...), and the slot that
-// holds the one implementation active at a time.
+// The services a host gives the module (console, warnings, host function calls with error
+// trapping, the object system's built-in methods), and the slot that holds the one
+// implementation active at a time.
 #pragma once
 
+#include <span>
 #include <string_view>
 
+#include "host/host_array.h"
+#include "host/xo_error_status.h"
+
 namespace corbel {
+
+// The error mode under which a trapped failure makes a host call return a status.
+inline constexpr int kHostErrorModeReturn = -1;
 
 class HostServices {
  public:
@@ -15,6 +23,27 @@ class HostServices {
 
   // Issues a warning with a message identifier; execution continues.
   virtual void warning(std::string_view identifier, std::string_view text) = 0;
+
+  // Calls the host function `name`; outputs.size() is the number of results asked for and
+  // the function fills them in. Returns 0 on success. A failure (including an unknown name)
+  // becomes the host's last error (see "lasterr"); then, if the error trap is on and the
+  // error mode is kHostErrorModeReturn, the call returns a non-zero status with the outputs
+  // empty, and otherwise the failure is raised as a HostError.
+  virtual int call_function(std::string_view name, std::span<HostArray> outputs,
+                            std::span<const HostArray> inputs) = 0;
+
+  // The error trap: whether a failing host call may return a status instead of raising.
+  virtual void set_error_trap(bool on) = 0;
+  virtual bool error_trap() const = 0;
+
+  // The error mode; set_error_mode returns the previous mode.
+  virtual int set_error_mode(int mode) = 0;
+  virtual int error_mode() const = 0;
+
+  // Calls a built-in method of the object system (inputs[0] is the object). Failures are
+  // recorded in `status`, in order, and become the host's last error; none is raised.
+  virtual void call_builtin_method(std::string_view method, std::span<HostArray> outputs,
+                                   std::span<const HostArray> inputs, XoErrorStatus& status) = 0;
 };
 
 // The active host. Until a host installs itself this is a process-wide in-process host
