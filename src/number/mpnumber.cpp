@@ -15,6 +15,15 @@ namespace {
 
 constexpr mpfr_prec_t kMinPrecision = 32;
 
+// Custom float grids reach exponents of +-2^30 and beyond (their largest values and
+// smallest denormals), which MPFR's default exponent range does not hold; the widest
+// range does, so that those bounds stay exact. Set once, before any value is made.
+const bool kWideExponentRange = [] {
+  mpfr_set_emin(mpfr_get_emin_min());
+  mpfr_set_emax(mpfr_get_emax_max());
+  return true;
+}();
+
 mpfr_ptr allocate_value(mpfr_prec_t precision) {
   auto* v = static_cast<mpfr_ptr>(std::malloc(sizeof(__mpfr_struct)));
   if (v == nullptr) throw std::bad_alloc();
