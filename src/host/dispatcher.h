@@ -18,7 +18,7 @@ class XoInterface;
 namespace dispatcher {
 
 // The class named "package.Class", or a bare class name searched in every package in order.
-// An unknown name raises "velkora:xo:unknownClass".
+// An unknown name raises Msg::XoUnknownClass.
 XoClass* find_class(std::string_view class_name);
 
 // A new instance of the class built from the arguments, as a 1x1 object-reference array
@@ -38,9 +38,9 @@ void set_property(XoInterface* object, std::string_view property, const HostArra
 // Signature choice: among the signatures whose arity fits, those where every argument fits
 // its type; the best total fit wins (exact over converted over "Norvak array"), a fixed
 // arity wins a tie over a variable one, then the earlier signature. When none fits, an
-// arity that fits gives "velkora:xo:wrongArgumentType" for the first argument of the first
-// such signature that does not fit, otherwise "velkora:xo:noMatchingSignature".
-// Returns the results the method gave (at least `nargout` are asked for).
+// arity that fits gives the wrong-argument error (Msg::XoArgumentNeeds...) for the first argument
+// of the first such signature that does not fit, otherwise Msg::XoNoMatchingSignature. Returns the
+// results the method gave (at least `nargout` are asked for).
 std::vector<HostArray> invoke(std::string_view method, std::span<const HostArray> args,
                               int nargout);
 std::vector<HostArray> invoke(XoClass* cls, std::string_view method,

@@ -10,8 +10,8 @@
 namespace corbel {
 
 // The value of `text` as a real double array, or a logical array when every element is a
-// bare true or false. Text this grammar does not cover raises "velkora:host:evalSyntax";
-// rows of unequal length raise "velkora:host:evalRows".
+// bare true or false. Text this grammar does not cover raises Msg::HostEvalSyntax;
+// rows of unequal length raise Msg::HostEvalRows.
 HostArray evaluate_numeric_text(std::string_view text);
 
 }  // namespace corbel

@@ -78,7 +78,7 @@ class XoPropInfoTemplate {
   // Returns a newly allocated value of the property's type read from the instance.
   virtual void* getValue(XoInterface* instance) = 0;
   // Stores a value; `value` is borrowed for the call. A read-only property does not override
-  // this, and the base refuses with "velkora:xo:readOnlyProperty".
+  // this, and the base refuses with Msg::XoReadOnlyProperty.
   virtual void setValue(XoInterface* instance, void* value);
   // Frees a value that getValue returned (deletes the buffer, releases an instance).
   virtual void releaseValue(void* value);

@@ -24,7 +24,7 @@ class XoPackage {
   bool getFlag() const { return flag_; }
 
   // Adds a class; a class already in a package, or a second class of the same name, raises
-  // "velkora:xo:duplicateClass".
+  // Msg::XoDuplicateClass.
   void addClass(XoClass* cls);
   const std::vector<XoClass*>& getClasses() const { return classes_; }
   XoClass* findClass(std::string_view name) const;
@@ -47,7 +47,7 @@ class XoPackageManager {
  public:
   static XoPackageManager& instance();
 
-  // A new package; a name already in use raises "velkora:xo:packageExists".
+  // A new package; a name already in use raises Msg::XoPackageExists.
   XoPackage* createPackage(std::string_view name, bool flag);
   // Destroys the package (its classes stay alive, outside any package). Null or a package not
   // held here is ignored.

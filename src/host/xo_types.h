@@ -100,7 +100,7 @@ class XoTypeRepository {
   XoDataType* getType(std::string_view name, int search = 0) const;
 
   // Takes ownership of `type` and makes it findable by its name; a name already registered
-  // raises "velkora:xo:typeExists". Returns the registered type.
+  // raises Msg::XoTypeExists. Returns the registered type.
   XoDataType* registerType(std::unique_ptr<XoDataType> type);
 
   // Takes `type` out of the name look-up and keeps it alive; unknown types are ignored.
