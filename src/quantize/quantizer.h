@@ -1,0 +1,192 @@
+// quantizer: maps a number onto the grid of one data type (signed or unsigned fixed
+// point, a custom binary float, double, single, boolean, or scaled double), rounding and
+// handling overflow as set, and reporting each value into a qlogger.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "number/number.h"
+#include "quantize/qlogger.h"
+#include "types/enumerations.h"
+
+namespace corbel {
+
+class quantizer {
+ public:
+  // Codes are fixed; the host registers the strings in the order of quantizer_modes.def.
+  enum ModeEnum : std::int32_t {
+#define CORBEL_QUANTIZER_MODE(enumerator, code, text) enumerator = code,
+#include "quantize/quantizer_modes.def"
+#undef CORBEL_QUANTIZER_MODE
+  };
+
+  // A format pair: [word length, fraction length] for fixed modes, [word length,
+  // exponent length] for float modes.
+  struct RealPoint {
+    double first;
+    double second;
+    bool operator==(const RealPoint&) const = default;
+  };
+
+  quantizer(ModeEnum mode, RoundModeEnum roundmode, OverflowModeEnum overflowmode, int first,
+            int second);
+  quantizer(const quantizer&) = default;
+  quantizer& operator=(const quantizer&) = default;
+  virtual ~quantizer() = default;
+
+  // Copies the settings of another quantizer (mode, roundings, format).
+  virtual void set(const quantizer& other, bool keepLog);
+
+  // Quantizes x in place through the routine selected for the current settings.
+  number& quantize(number& x, const qlogger& log) const {
+    return (this->*routine_)(x, log);
+  }
+
+  virtual void disp() const;
+  // The host string of a mode.
+  static std::string_view mode_string(ModeEnum mode);
+  virtual bool isequal(const quantizer& other) const;
+
+  // Hooks through which quantization reports; they do nothing here.
+  virtual void checkunderflow(const number& x, const qlogger& log) const;
+  virtual void checkoverflow(const number& x, const qlogger& log) const;
+  virtual void checkScaledDoubleUnderflow(const number& x, const qlogger& log) const;
+  // Overflow steps.
+  virtual number& saturate(number& x, const qlogger& log) const;
+  virtual number& wrap(number& x, const qlogger& log) const;
+  virtual number& uwrap(number& x, const qlogger& log) const;
+  // Rounding steps at n fraction bits.
+  virtual number& ceil(number& x, long n, const qlogger& log) const;
+  virtual number& convergent(number& x, long n, const qlogger& log) const;
+  virtual number& fix(number& x, long n, const qlogger& log) const;
+  virtual number& floor(number& x, long n, const qlogger& log) const;
+  virtual number& round(number& x, long n, const qlogger& log) const;
+  virtual number& nearest(number& x, long n, const qlogger& log) const;
+  virtual void updatestates(const number& x, const qlogger& log) const;
+
+  void setMode(ModeEnum mode);
+  void setRoundMode(RoundModeEnum roundmode);
+  void setOverflowMode(OverflowModeEnum overflowmode);
+  void setFormat(RealPoint format);
+  void setWordlength(long wordlength);
+  void setFractionlength(long fractionlength);
+  void setExponentlength(long exponentlength);
+
+  ModeEnum getMode() const {
+    return mode_;
+  }
+  RoundModeEnum getRoundMode() const {
+    return roundmode_;
+  }
+  OverflowModeEnum getOverflowMode() const {
+    return overflowmode_;
+  }
+  RealPoint getFormat() const {
+    return format_;
+  }
+  long getWordlength() const {
+    return wordlength_;
+  }
+  long getFractionlength() const {
+    return fractionlength_;
+  }
+  unsigned long getPrecision() const {
+    return precision_;
+  }
+  long getExponentlength() const {
+    return exponentlength_;
+  }
+  long getExponentmax() const {
+    return exponentmax_;
+  }
+  long getExponentbias() const {
+    return exponentmax_;
+  }
+  long getExponentmin() const {
+    return exponentmin_;
+  }
+  const number& getDenormalmin() const {
+    return denormalmin_;
+  }
+  number getDenormalmax() const;
+  const number& getRealmin() const {
+    return realmin_;
+  }
+  const number& getRealmax() const {
+    return realmax_;
+  }
+  const number& getUpperBound() const {
+    return realmax_;
+  }
+  const number& getLowerBound() const {
+    return lowerbound_;
+  }
+  const number& getMax() const {
+    return max_;
+  }
+  const number& getEps() const {
+    return eps_;
+  }
+  const number& getNegativeEps() const {
+    return negativeeps_;
+  }
+  const number& getWrapAround() const {
+    return wraparound_;
+  }
+  int getVersion() const {
+    return version_;
+  }
+  bool isScaledType() const;
+  bool isFloatMode() const;
+
+ protected:
+  using Routine = number& (quantizer::*)(number&, const qlogger&) const;
+
+  // Recomputes the grid's constants for the mode and format, then selects the routine.
+  void updateparameters();
+
+ private:
+  void signedFixedRule();
+  void unsignedFixedRule();
+  void floatRule();
+  void fixedBounds(double w, double f);
+  void updatequantizer();
+
+  number& rounding(number& x, long n, const qlogger& log) const;
+  template <RoundModeEnum R>
+  number& roundAt(number& x, long n, const qlogger& log) const;
+  template <RoundModeEnum R, OverflowModeEnum O, bool Signed>
+  number& quantizeFixed(number& x, const qlogger& log) const;
+  template <RoundModeEnum R>
+  number& quantizeFloat(number& x, const qlogger& log) const;
+  number& quantizeDouble(number& x, const qlogger& log) const;
+  number& quantizeNone(number& x, const qlogger& log) const;
+  number& quantizeScaledDouble(number& x, const qlogger& log) const;
+  number& quantizeBoolean(number& x, const qlogger& log) const;
+  number& quantizeSingle(number& x, const qlogger& log) const;
+
+  int version_ = 2;
+  ModeEnum mode_;
+  RoundModeEnum roundmode_;
+  OverflowModeEnum overflowmode_;
+  RealPoint format_;
+  long wordlength_ = 0;
+  long fractionlength_ = 0;
+  unsigned long precision_ = 52;  // the precision of every bound below
+  number max_;                    // largest value saturation keeps
+  number lowerbound_;             // smallest value saturation keeps
+  number realmax_;
+  number negativerealmax_;  // float modes only
+  number realmin_;
+  number eps_;
+  number negativeeps_;
+  number wraparound_;  // 2^(integer bits): the wrap modulus of the fixed modes
+  long exponentlength_ = 0;
+  long exponentmax_ = 0;  // also the exponent bias
+  long exponentmin_ = 0;
+  number denormalmin_;
+  Routine routine_ = nullptr;
+};
+
+}  // namespace corbel
