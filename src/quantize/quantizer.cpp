@@ -8,6 +8,7 @@
 
 #include "host/messages.h"
 #include "host/services.h"
+#include "types/numeric_type.h"
 
 namespace corbel {
 namespace {
@@ -36,6 +37,22 @@ void quantizer::set(const quantizer& other, bool /*keepLog*/) {
   overflowmode_ = other.overflowmode_;
   format_ = other.format_;
   updateparameters();
+}
+
+void quantizer::set(const NumericType& type, RoundModeEnum roundmode, OverflowModeEnum overflowmode,
+                    bool /*keepLog*/) {
+  const bool scaledDouble = type.isScaledDouble();
+  const ModeEnum mode = type.getSigned() ? (scaledDouble ? ScaledDouble : Fixed)
+                                         : (scaledDouble ? UnsignedScaledDouble : Ufixed);
+  // Work on a copy so that a refused format leaves this quantizer as it was.
+  quantizer next(*this);
+  next.mode_ = mode;
+  next.roundmode_ = roundmode;
+  next.overflowmode_ = overflowmode;
+  next.format_ = {static_cast<double>(type.getWordLength()),
+                  static_cast<double>(type.getFractionLength())};
+  next.updateparameters();
+  *this = next;
 }
 
 // --- Settings ----------------------------------------------------------------------------

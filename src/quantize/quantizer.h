@@ -12,6 +12,8 @@
 
 namespace corbel {
 
+class NumericType;
+
 class quantizer {
  public:
   // Codes are fixed; the host registers the strings in the order of quantizer_modes.def.
@@ -37,6 +39,10 @@ class quantizer {
 
   // Copies the settings of another quantizer (mode, roundings, format).
   virtual void set(const quantizer& other, bool keepLog);
+  // Fixed-point settings from a data type: signed or unsigned fixed (or the scaled-double
+  // modes) at its word and fraction length.
+  virtual void set(const NumericType& type, RoundModeEnum roundmode, OverflowModeEnum overflowmode,
+                   bool keepLog);
 
   // Quantizes x in place through the routine selected for the current settings.
   number& quantize(number& x, const qlogger& log) const {

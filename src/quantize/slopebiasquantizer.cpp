@@ -1,6 +1,8 @@
 // slopebiasquantizer: slope-bias conversion around the base quantization.
 #include "quantize/slopebiasquantizer.h"
 
+#include "types/numeric_type.h"
+
 namespace corbel {
 
 slopebiasquantizer::slopebiasquantizer(bool issigned, int wordlength, double slopeAdjustmentFactor,
@@ -15,6 +17,13 @@ slopebiasquantizer::slopebiasquantizer(bool issigned, int wordlength, double slo
 slopebiasquantizer::slopebiasquantizer(ModeEnum mode, RoundModeEnum roundmode,
                                        OverflowModeEnum overflowmode, int first, int second)
     : loggingquantizer(mode, roundmode, overflowmode, first, second) {}
+
+void slopebiasquantizer::set(const NumericType& type, RoundModeEnum roundmode,
+                             OverflowModeEnum overflowmode, bool keepLog) {
+  loggingquantizer::set(type, roundmode, overflowmode, keepLog);
+  setSlopeAdjustmentFactor(type.getSlopeAdjustmentFactor());
+  setBias(type.getBias());
+}
 
 void slopebiasquantizer::set(const loggingquantizer& other, bool keepLog) {
   quantizer::set(other, keepLog);

@@ -17,6 +17,8 @@ class slopebiasquantizer : public loggingquantizer {
   slopebiasquantizer(ModeEnum mode, RoundModeEnum roundmode, OverflowModeEnum overflowmode,
                      int first = 16, int second = 15);
 
+  void set(const NumericType& type, RoundModeEnum roundmode, OverflowModeEnum overflowmode,
+           bool keepLog) override;
   void set(const loggingquantizer& other, bool keepLog);
   void set(const slopebiasquantizer& other, bool keepLog);
 

@@ -1,0 +1,324 @@
+// NumericType: the mode rules of the setters and their warnings, value checks, equality,
+// best precision and the text forms.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <string>
+
+#include "host/host_array.h"
+#include "host/host_error.h"
+#include "host/inprocess_host.h"
+#include "types/numeric_type.h"
+
+namespace corbel {
+namespace {
+
+using Mode = DataTypeModeEnum;
+
+const std::string kId = "Velkora:numerictype:InvalidSetting";
+
+std::string cannot(const std::string& property, const std::string& modes) {
+  return "Cannot change the " + property + " property when the data type mode is " + modes +
+         ".  That property has not been changed.";
+}
+
+bool same_fields(const NumericType& a, const NumericType& b) {
+  return a.getDataTypeMode() == b.getDataTypeMode() && a.getDataType() == b.getDataType() &&
+         a.getScaling() == b.getScaling() && a.getSigned() == b.getSigned() &&
+         a.getWordLength() == b.getWordLength() && a.getFixedExponent() == b.getFixedExponent() &&
+         a.getSlopeAdjustmentFactor() == b.getSlopeAdjustmentFactor() && a.getBias() == b.getBias();
+}
+
+template <class F>
+void expect_error(F f, const std::string& id, const std::string& text) {
+  try {
+    f();
+    ADD_FAILURE() << "no error, expected " << id;
+  } catch (const HostError& e) {
+    EXPECT_EQ(e.identifier(), id);
+    EXPECT_EQ(e.text(), text);
+  }
+}
+
+class NumericTypeTest : public ::testing::Test {
+ protected:
+  InProcessHost host;
+  ScopedHost scope{host};
+};
+
+TEST_F(NumericTypeTest, DefaultsAndModeChanges) {
+  const NumericType t;
+  EXPECT_EQ(t.getDataTypeMode(), Mode::FixedBinaryPoint);
+  EXPECT_TRUE(t.getSigned());
+  EXPECT_EQ(t.getWordLength(), 16);
+  EXPECT_EQ(t.getFractionLength(), 15);
+  EXPECT_EQ(t.getSlope(), std::ldexp(1.0, -15));
+
+  NumericType d(Mode::Double, true, 64, 1.0, 0, 0.0);
+  NumericType keep = d;
+  d.setDataTypeMode(Mode::FixedSlopeBias, true);  // from a float: a signed 16-bit integer
+  EXPECT_EQ(d.getWordLength(), 16);
+  EXPECT_EQ(d.getFractionLength(), 0);
+  EXPECT_EQ(d.getScaling(), ScalingEnum::SlopeBias);
+  keep.setDataTypeMode(Mode::FixedSlopeBias, false);
+  EXPECT_EQ(keep.getWordLength(), 64);
+
+  // The mode resets what it does not use.
+  NumericType sb(Mode::FixedSlopeBias, false, 12, 1.5, -3, 2.0);
+  sb.setScaling(ScalingEnum::BinaryPoint);
+  EXPECT_EQ(sb.getDataTypeMode(), Mode::FixedBinaryPoint);
+  EXPECT_EQ(sb.getSlopeAdjustmentFactor(), 1.0);
+  EXPECT_EQ(sb.getBias(), 0.0);
+  EXPECT_EQ(sb.getFixedExponent(), -3);
+  sb.setDataType(DataTypeEnum::ScaledDouble);
+  EXPECT_EQ(sb.getDataTypeMode(), Mode::ScaledDoubleBinaryPoint);
+  sb.setDataType(DataTypeEnum::Boolean);
+  EXPECT_EQ(sb.getWordLength(), 1);
+  EXPECT_FALSE(sb.getSigned());
+  EXPECT_TRUE(host.take_warnings().empty());
+
+  expect_error([&] { sb.setDataTypeMode(static_cast<Mode>(6), false); },
+               "velkora:numerictype:setDataTypeMode:invalid", "Unrecognized DataTypeMode.");
+  expect_error([&] { sb.setDataType(static_cast<DataTypeEnum>(9)); },
+               "velkora:numerictype:setDataType:invalid", "Unrecognized DataType.");
+  expect_error([] { NumericType::convertDataTypeModeToDataType(static_cast<Mode>(6)); },
+               "velkora:numericytpe:convertDataTypeModeToDataType:unknowndatatypemode",
+               "Unknown DataTypeMode.");
+  EXPECT_EQ(NumericType::convertDataTypeModeToDataType(Mode::ScaledDoubleSlopeBias),
+            DataTypeEnum::ScaledDouble);
+}
+
+// Each refused setting leaves every field as it was and raises exactly its warning.
+TEST_F(NumericTypeTest, RefusalsWarnAndChangeNothing) {
+  const NumericType dbl(Mode::Double, true, 64, 1.0, 0, 0.0);
+  const NumericType boolean(Mode::Boolean, false, 1, 1.0, 0, 0.0);
+  const NumericType bp;
+  const NumericType sb(Mode::FixedSlopeBias, true, 16, 1.25, -4, 0.5);
+  const NumericType unspecified(Mode::FixedUnspecified, true, 16, 1.0, 0, 0.0);
+  const std::string floatModes = "Double, Single or Boolean";
+  const std::string unscaled =
+      "Double, Single, Boolean, Scaled double or Fixed-point: unspecified scaling";
+  const std::string notSlopeBias = unscaled + " or binary point scaling";
+  struct Case {
+    const NumericType& start;
+    std::function<void(NumericType&)> set;
+    std::string text;
+  } cases[] = {
+      {dbl, [](NumericType& t) { t.setScaling(ScalingEnum::BinaryPoint); },
+       cannot("Scaling", floatModes)},
+      {bp, [](NumericType& t) { t.setScaling(ScalingEnum::Unused); },
+       cannot("Scaling", "Fixed point")},
+      {boolean, [](NumericType& t) { t.setSigned(true); }, cannot("Signed", floatModes)},
+      {dbl, [](NumericType& t) { t.setSigned(false); }, cannot("Signed", floatModes)},
+      {dbl, [](NumericType& t) { t.setWordLength(32); }, cannot("WordLength", floatModes)},
+      {bp, [](NumericType& t) { t.setWordLength(0); },
+       "Invalid WordLength specified; the WordLength must be greater than 0"},
+      {bp, [](NumericType& t) { t.setWordLength(65536); },
+       "Invalid WordLength specified; the WordLength must be less than 65536"},
+      {dbl, [](NumericType& t) { t.setFractionLength(3); }, cannot("FractionLength", unscaled)},
+      {unspecified, [](NumericType& t) { t.setFixedExponent(-2); },
+       cannot("FixedExponent", unscaled)},
+      {sb, [](NumericType& t) { t.setSlopeAdjustmentFactor(2.0); },
+       "Invalid SlopeAdjustmentFactor specified; the SlopeAdjustmentFactor must be greater "
+       "than or equal to 1 and less than 2"},
+      {sb, [](NumericType& t) { t.setSlopeAdjustmentFactor(NAN); },
+       "Invalid SlopeAdjustmentFactor specified; the SlopeAdjustmentFactor must be greater "
+       "than or equal to 1 and less than 2"},
+      {bp, [](NumericType& t) { t.setSlopeAdjustmentFactor(1.5); },
+       cannot("SlopeAdjustmentFactor", notSlopeBias)},
+      {bp, [](NumericType& t) { t.setSlope(0.75); },
+       "Invalid total slope specified; for binary point scaling, the total slope must be an "
+       "exact power of two"},
+      {unspecified, [](NumericType& t) { t.setSlope(0.5); }, cannot("Slope", unscaled)},
+      {bp, [](NumericType& t) { t.setBias(1.0); }, cannot("Bias", notSlopeBias)},
+  };
+  for (const Case& c : cases) {
+    NumericType t = c.start;
+    c.set(t);
+    EXPECT_TRUE(same_fields(t, c.start)) << c.text;
+    const auto w = host.take_warnings();
+    ASSERT_EQ(w.size(), 1u) << c.text;
+    EXPECT_EQ(w[0].identifier, kId);
+    EXPECT_EQ(w[0].text, c.text);
+  }
+  // The settings each mode accepts silently.
+  NumericType d = dbl;
+  d.setFractionLength(0);
+  d.setWordLength(64);
+  d.setSigned(true);
+  d.setScaling(ScalingEnum::Unused);
+  d.setSlope(1.0);
+  d.setBias(0.0);
+  EXPECT_TRUE(host.take_warnings().empty());
+  NumericType w = bp;
+  w.setWordLength(65535);
+  EXPECT_EQ(w.getWordLength(), 65535);
+}
+
+TEST_F(NumericTypeTest, SlopesSplitIntoFactorAndExponent) {
+  NumericType sd(Mode::ScaledDoubleBinaryPoint, true, 16, 1.0, -4, 0.0);
+  sd.setSlope(0.75);  // no power-of-two rule for scaled doubles
+  EXPECT_EQ(sd.getDataTypeMode(), Mode::ScaledDoubleBinaryPoint);
+  EXPECT_EQ(sd.getSlopeAdjustmentFactor(), 1.5);
+  EXPECT_EQ(sd.getFixedExponent(), -1);
+  NumericType sb(Mode::FixedSlopeBias, true, 16, 1.0, 0, 0.0);
+  sb.setSlope(-1.0);  // warns, and is stored all the same
+  const auto w = host.take_warnings();
+  ASSERT_EQ(w.size(), 1u);
+  EXPECT_EQ(w[0].text,
+            "Invalid total slope specified; the total slope must be greater than 0 and finite");
+  EXPECT_EQ(sb.getSlopeAdjustmentFactor(), -1.0);
+  EXPECT_EQ(sb.getFixedExponent(), 0);
+  NumericType bp;
+  bp.setSlope(std::ldexp(1.0, -9));
+  EXPECT_EQ(bp.getFractionLength(), 9);
+}
+
+TEST_F(NumericTypeTest, ValueChecks) {
+  expect_error([] { NumericType::checkNaNInf(DataTypeEnum::Fixed, NAN); }, "velkora:nofixednan",
+               "NaN cannot be converted to fixed-point.");
+  expect_error([] { NumericType::checkNaNInf(DataTypeEnum::ScaledDouble, NAN); },
+               "velkora:nofixednan", "NaN cannot be converted to scaled double.");
+  expect_error([] { NumericType::checkNaNInf(DataTypeEnum::Boolean, NAN); }, "velkora:nologicalnan",
+               "NaN cannot be converted to boolean.");
+  expect_error([] { NumericType::checkNaNInf(DataTypeEnum::Fixed, -INFINITY); },
+               "velkora:nofixedinf", "Inf cannot be converted to fixed-point.");
+  expect_error([] { NumericType::checkNaNInf(DataTypeEnum::ScaledDouble, INFINITY); },
+               "velkora:nofixedinf", "Inf cannot be converted to scaled double.");
+  expect_error([] { NumericType::errorIfBadValue(DataTypeEnum::Boolean, 1, 0, true); },
+               "velkora:nologicalcomplex", "Complex values cannot be converted to boolean.");
+  expect_error([] { NumericType::errorIfBadValue(DataTypeEnum::Fixed, 1, NAN, true); },
+               "velkora:nofixednan", "NaN cannot be converted to fixed-point.");
+  NumericType::checkNaNInf(DataTypeEnum::Boolean, INFINITY);
+  NumericType::errorIfBadValue(DataTypeEnum::Double, NAN, INFINITY, true);
+  NumericType::errorIfBadValue(DataTypeEnum::Fixed, 1, NAN, false);  // imaginary unused
+}
+
+TEST_F(NumericTypeTest, EqualityIsAsymmetricInScaling) {
+  const NumericType bp(Mode::FixedBinaryPoint, true, 16, 1.0, -4, 0.0);
+  NumericType sbSame(Mode::FixedSlopeBias, true, 16, 1.0, -4, 0.0);
+  EXPECT_TRUE(bp.isequal(sbSame));
+  const NumericType unspecified(Mode::FixedUnspecified, true, 16, 1.0, 0, 0.0);
+  const NumericType bp0(Mode::FixedBinaryPoint, true, 16, 1.0, 0, 0.0);
+  EXPECT_TRUE(bp0.isequal(unspecified));
+  EXPECT_FALSE(unspecified.isequal(bp0));
+  NumericType other = bp;
+  other.setBias(0.0);
+  other.setSigned(false);
+  EXPECT_FALSE(bp.isequal(other));
+}
+
+TEST_F(NumericTypeTest, EquivalentHostClass) {
+  EXPECT_EQ(NumericType(false, 16, 0).getEquivalentNorvakClassName(), "uint16");
+  EXPECT_EQ(NumericType(true, 8, 0).getEquivalentNorvakClassName(), "int8");
+  EXPECT_EQ(NumericType(false, 16, 1).getEquivalentNorvakClassName(), std::nullopt);
+  EXPECT_EQ(NumericType(true, 64, 0).getEquivalentNorvakClassName(), std::nullopt);
+  EXPECT_EQ(NumericType(Mode::Single, true, 32, 1, 0, 0).getEquivalentNorvakClassName(), "single");
+  EXPECT_EQ(
+      NumericType(Mode::ScaledDoubleBinaryPoint, true, 32, 1, 0, 0).getEquivalentNorvakClassName(),
+      std::nullopt);
+}
+
+TEST_F(NumericTypeTest, BestPrecisionFromTheLargestMagnitude) {
+  struct Case {
+    bool issigned;
+    double maxAbs;
+    int fractionLength;
+  } cases[] = {
+      {true, 1, 14},       {true, -1, 15},       {false, 1, 15},   {false, 0.75, 16},
+      {true, 0, 15},       {true, 4, 12},        {true, -4, 13},   {true, 3, 13},
+      {true, 0.25, 16},    {true, -0.25, 17},    {false, 1024, 5}, {false, 1000, 6},
+      {true, 0x1p40, -26}, {true, -0x1p-40, 55},
+  };
+  for (const Case& c : cases) {
+    NumericType t(c.issigned, 16, 0);
+    t.setBestPrecisionFromMaxAbs(c.maxAbs);
+    EXPECT_EQ(t.getFractionLength(), c.fractionLength) << c.issigned << " " << c.maxAbs;
+  }
+  NumericType d(Mode::Double, true, 64, 1, 0, 0);
+  d.setBestPrecisionFromMaxAbs(3);
+  EXPECT_EQ(d.getFixedExponent(), 0);
+}
+
+TEST_F(NumericTypeTest, BestPrecisionFromHostData) {
+  NumericType t;
+  t.setBestPrecision(HostArray::make_double_matrix(1, 2, {1, -1}));
+  EXPECT_EQ(t.getFractionLength(), 14);  // the positive 1 wins
+  t.setBestPrecision(HostArray::make_double(-1));
+  EXPECT_EQ(t.getFractionLength(), 15);
+  HostArray c = HostArray::make_complex(0.5, -3.0);
+  t.setBestPrecision(c);
+  EXPECT_EQ(t.getFractionLength(), 13);
+  EXPECT_EQ(NumericType::largestMagnitude(HostArray::make_double_matrix(0, 0)), -0.0);
+
+  NumericType twelve(true, 12, 3);
+  twelve.setBestPrecision(HostArray::make_double_matrix(0, 0));
+  EXPECT_EQ(twelve.getFractionLength(), 11);
+
+  NumericType sb(Mode::FixedSlopeBias, false, 20, 1.5, -3, 2.0);
+  sb.setBestPrecision(HostArray::make_numeric(HostClass::Int8, {2, 2}));
+  EXPECT_EQ(sb.getDataTypeMode(), Mode::FixedBinaryPoint);
+  EXPECT_TRUE(sb.getSigned());
+  EXPECT_EQ(sb.getWordLength(), 8);
+  EXPECT_EQ(sb.getFractionLength(), 0);
+
+  expect_error([&] { t.setBestPrecision(HostArray::make_logical(true)); },
+               "velkora:fi:setBestPrecision:mustbenumeric", "Data must be numeric.");
+  expect_error(
+      [&] {
+        t.setBestPrecision(HostArray(HostClass::Cell, {1, 1}));
+      },
+      "velkora:fi:setBestPrecision:mustbenumeric", "Data must be numeric.");
+  expect_error(
+      [&] {
+        t.setBestPrecision(HostArray::make_double_matrix(1, 2, {1, NAN}));
+      },
+      "velkora:fi:nonan", "NaN is not allowed in FI.");
+  expect_error([] { NumericType::divide(HostArray::make_text("a"), HostArray::make_double(1)); },
+               "velkora:fi:divide:nonondouble",
+               "Fixed-point DIVIDE not supported for (builtin non-double)/(builtin non-double).");
+}
+
+TEST_F(NumericTypeTest, TextForms) {
+  struct Case {
+    NumericType t;
+    std::string text;
+  } cases[] = {
+      {NumericType(), "numerictype(true,16,15)"},
+      {NumericType(Mode::FixedUnspecified, false, 16, 1, 0, 0), "numerictype(false,16)"},
+      {NumericType(Mode::FixedSlopeBias, true, 8, 1.0, -3, 0.0), "numerictype(true,8,2^-3,0)"},
+      {NumericType(Mode::FixedSlopeBias, true, 8, 1.0, -3, 1.0), "numerictype(true,8,0.125,1)"},
+      {NumericType(Mode::Boolean, false, 1, 1, 0, 0), "numerictype('boolean')"},
+      {NumericType(Mode::Single, true, 32, 1, 0, 0), "numerictype('single')"},
+      {NumericType(Mode::ScaledDoubleBinaryPoint, true, 16, 1, -15, 0),
+       "numerictype('DataType','ScaledDouble','Signed',true,'WordLength',16,'Scaling',"
+       "'BinaryPoint','FractionLength',15)"},
+      {NumericType(Mode::ScaledDoubleSlopeBias, false, 16, 1, -2, 0),
+       "numerictype('DataType','ScaledDouble','Signed',false,'WordLength',16,'Scaling',"
+       "'SlopeBias','Slope',2^-2,'Bias'0)"},
+      {NumericType(Mode::ScaledDoubleUnspecified, true, 9, 1, 0, 0),
+       "numerictype('DataType','ScaledDouble','Signed',true,'WordLength',9,'Scaling',"
+       "'Unspecified')"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(c.t.tostring("numerictype"), c.text);
+
+  NumericType().disp();
+  EXPECT_EQ(host.take_console(),
+            "\n          DataTypeMode: Fixed-point: binary point scaling"
+            "\n                Signed: true"
+            "\n            WordLength: 16"
+            "\n        FractionLength: 15\n");
+  NumericType(Mode::FixedSlopeBias, false, 8, 1.25, -3, -0.5).disp();
+  EXPECT_EQ(host.take_console(),
+            "\n          DataTypeMode: Fixed-point: slope and bias scaling"
+            "\n                Signed: false"
+            "\n            WordLength: 8"
+            "\n                 Slope: 0.15625"
+            "\n                  Bias: -0.5\n");
+  NumericType(Mode::Double, true, 64, 1, 0, 0).disp();
+  EXPECT_EQ(host.take_console(), "\n          DataTypeMode: double\n");
+}
+
+}  // namespace
+}  // namespace corbel
