@@ -5,9 +5,11 @@
 #include <cstdio>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "host/messages.h"
 #include "host/services.h"
+#include "types/embedded.h"
 #include "types/numeric_type.h"
 
 namespace corbel {
@@ -440,10 +442,33 @@ void quantizer::disp() const {
   host_services().print(text);
 }
 
+XoEnumStringType* quantizer::getModeEnum() {
+  static constexpr EnumRow kRows[] = {
+#define CORBEL_QUANTIZER_MODE(enumerator, code, text, fi) {code, text},
+#include "quantize/quantizer_modes.def"
+#undef CORBEL_QUANTIZER_MODE
+  };
+  static XoEnumStringType* const type = embedded::registerEnumType("quantizer Mode", kRows);
+  return type;
+}
+
+XoEnumStringType* quantizer::getFiModeEnum() {
+  static const std::vector<EnumRow> kRows = [] {
+    std::vector<EnumRow> rows;
+#define CORBEL_QUANTIZER_MODE(enumerator, code, text, fi) \
+  if (fi) rows.push_back({code, text});
+#include "quantize/quantizer_modes.def"
+#undef CORBEL_QUANTIZER_MODE
+    return rows;
+  }();
+  static XoEnumStringType* const type = embedded::registerEnumType("fiquantizer Mode", kRows);
+  return type;
+}
+
 std::string_view quantizer::mode_string(ModeEnum mode) {
   switch (mode) {
-#define CORBEL_QUANTIZER_MODE(enumerator, code, text) \
-  case enumerator:                                    \
+#define CORBEL_QUANTIZER_MODE(enumerator, code, text, fi) \
+  case enumerator:                                        \
     return text;
 #include "quantize/quantizer_modes.def"
 #undef CORBEL_QUANTIZER_MODE

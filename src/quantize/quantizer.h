@@ -13,12 +13,13 @@
 namespace corbel {
 
 class NumericType;
+class XoEnumStringType;
 
 class quantizer {
  public:
   // Codes are fixed; the host registers the strings in the order of quantizer_modes.def.
   enum ModeEnum : std::int32_t {
-#define CORBEL_QUANTIZER_MODE(enumerator, code, text) enumerator = code,
+#define CORBEL_QUANTIZER_MODE(enumerator, code, text, fi) enumerator = code,
 #include "quantize/quantizer_modes.def"
 #undef CORBEL_QUANTIZER_MODE
   };
@@ -50,6 +51,10 @@ class quantizer {
   }
 
   virtual void disp() const;
+  // The host types of the modes: all nine ("quantizer Mode"), and the three a fi offers
+  // ("fiquantizer Mode"). Registered on first use.
+  static XoEnumStringType* getModeEnum();
+  static XoEnumStringType* getFiModeEnum();
   // The host string of a mode.
   static std::string_view mode_string(ModeEnum mode);
   virtual bool isequal(const quantizer& other) const;

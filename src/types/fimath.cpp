@@ -77,6 +77,13 @@ const std::string& fimath::getNorvakPackageClassName() {
   return name;
 }
 
+XoEnumStringType* fimath::getPrecisionModeEnum() {
+  return embedded::getEnumType<PrecisionModeEnum>();
+}
+XoEnumStringType* fimath::getArithmeticModeEnum() {
+  return embedded::getEnumType<ArithmeticModeEnum>();
+}
+
 double fimath::getProductSlope() const {
   return std::ldexp(productSlopeAdjustmentFactor_, productFixedExponent_);
 }

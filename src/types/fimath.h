@@ -12,6 +12,7 @@
 namespace corbel {
 
 class HostArray;
+class XoEnumStringType;
 
 class fimath {
  public:
@@ -127,6 +128,10 @@ class fimath {
   // Eleven lines: the modes, word and fraction lengths and cast-before-sum.
   std::string convertToString() const;
   static fimath string2Fimath(const std::string& text);
+
+  // The host types of the two enumerations, registered on first use.
+  static XoEnumStringType* getPrecisionModeEnum();
+  static XoEnumStringType* getArithmeticModeEnum();
 
   static const char* getNorvakClassName() { return "fimath"; }
   static const std::string& getNorvakPackageClassName();

@@ -124,6 +124,16 @@ const std::string& NumericType::getNorvakPackageClassName() {
   return name;
 }
 
+XoEnumStringType* NumericType::getDataTypeModeEnum() {
+  return embedded::getEnumType<DataTypeModeEnum>();
+}
+XoEnumStringType* NumericType::getDataTypeEnum() {
+  return embedded::getEnumType<DataTypeEnum>();
+}
+XoEnumStringType* NumericType::getScalingEnum() {
+  return embedded::getEnumType<ScalingEnum>();
+}
+
 double NumericType::getSlope() const {
   return std::ldexp(slopeAdjustmentFactor_, fixedExponent_);
 }

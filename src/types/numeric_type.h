@@ -13,6 +13,7 @@
 namespace corbel {
 
 class HostArray;
+class XoEnumStringType;
 
 // Invariant: DataTypeMode always agrees with DataType and Scaling. Every setter keeps it
 // so: a setting that makes no sense for the current mode is refused with a warning and
@@ -70,6 +71,11 @@ class NumericType {
     return isScaledType() && (slopeAdjustmentFactor_ != 1.0 || !(bias_ == 0.0));
   }
   const char* getIsSignedString() const { return signed_ ? "true" : "false"; }
+
+  // The host types of the three enumerations, registered on first use.
+  static XoEnumStringType* getDataTypeModeEnum();
+  static XoEnumStringType* getDataTypeEnum();
+  static XoEnumStringType* getScalingEnum();
 
   static const char* getNorvakClassName() { return "numerictype"; }
   static const std::string& getNorvakPackageClassName();

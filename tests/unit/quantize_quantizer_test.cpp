@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/host_error.h"
+#include "host/xo_types.h"
 #include "number/mpnumber.h"
 #include "quantize/loggingquantizer.h"
 #include "quantize/quantizer.h"
@@ -36,6 +37,18 @@ void expect_error(F f, const std::string& id, const std::string& text) {
     EXPECT_EQ(e.identifier(), id);
     EXPECT_EQ(e.text(), text);
   }
+}
+
+TEST(Quantizer, ModeTypesListTheirStringsInOrder) {
+  std::vector<std::string> all, fi;
+  for (const auto& v : quantizer::getModeEnum()->getValues()) all.push_back(v.text);
+  for (const auto& v : quantizer::getFiModeEnum()->getValues()) fi.push_back(v.text);
+  EXPECT_EQ(all, (std::vector<std::string>{"none", "double", "float", "fixed", "single", "ufixed",
+                                           "boolean", "ScaledDouble", "UnsignedScaledDouble"}));
+  EXPECT_EQ(fi, (std::vector<std::string>{"none", "fixed", "ufixed"}));
+  EXPECT_EQ(*quantizer::getModeEnum()->codeOf("none"), 5);
+  EXPECT_EQ(*quantizer::getFiModeEnum()->codeOf("ufixed"), 4);
+  EXPECT_EQ(quantizer::getModeEnum(), quantizer::getModeEnum());
 }
 
 TEST(Quantizer, SignedAndUnsignedFixedGrids) {
