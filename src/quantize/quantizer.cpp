@@ -41,11 +41,17 @@ void quantizer::set(const quantizer& other, bool /*keepLog*/) {
   updateparameters();
 }
 
-void quantizer::set(const NumericType& type, RoundModeEnum roundmode, OverflowModeEnum overflowmode,
-                    bool /*keepLog*/) {
-  const bool scaledDouble = type.isScaledDouble();
-  const ModeEnum mode = type.getSigned() ? (scaledDouble ? ScaledDouble : Fixed)
-                                         : (scaledDouble ? UnsignedScaledDouble : Ufixed);
+void quantizer::set(const NumericType& type, RoundModeEnum roundmode,
+                    OverflowModeEnum overflowmode, bool /*keepLog*/) {
+  ModeEnum mode = Double;
+  if (type.isFixed())
+    mode = type.getSigned() ? Fixed : Ufixed;
+  else if (type.isScaledDouble())
+    mode = type.getSigned() ? ScaledDouble : UnsignedScaledDouble;
+  else if (type.isSingle())
+    mode = Single;
+  else if (type.isBoolean())
+    mode = Boolean;
   // Work on a copy so that a refused format leaves this quantizer as it was.
   quantizer next(*this);
   next.mode_ = mode;

@@ -1,0 +1,292 @@
+// fi: the fixed-point array. Every element shares one NumericType and one fimath; every
+// stored element is a legal value of the type, kept as a number.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/host_array.h"
+#include "number/number.h"
+#include "quantize/loggingquantizer.h"
+#include "quantize/qlogger.h"
+#include "quantize/quantizer.h"
+#include "types/fimath.h"
+#include "types/numeric_type.h"
+
+namespace corbel {
+
+// Element form: each element holds its real-world value with the type's bias removed and
+// divided by the slope adjustment factor, that is, the stored integer times 2^FixedExponent.
+// For binary-point types (factor 1, bias 0) that is the real-world value itself.
+//
+// Sharing: aliases share the data arrays with their root through a share count; the
+// arrays live while any sharer does. The imaginary data are read through a slot that, in
+// an alias, points at the root's field, so an alias sees its root become complex.
+//
+// Element-at-a-time operations work on the current element, chosen with setIndex.
+class fi {
+ public:
+  enum CopyMode { WholeCopy = 0, CurrentElement = 1 };
+  enum CopyIndex { Alias = 0 };
+  // The code of the property set last; -1 through 47.
+  using PropertyEnum = std::int32_t;
+  static constexpr PropertyEnum kFirstProperty = -1;
+  static constexpr PropertyEnum kLastProperty = 47;
+
+  // ---- Construction (fi_construction.cpp) -----------------------------------------------
+  // 1x1 real zero, signed 16-bit fraction length 15, default fimath.
+  fi();
+  // 1x1 holding the quantized value; precision: the least precision for the element.
+  fi(double value, const NumericType& type, const fimath& math, unsigned long precision = 0);
+  fi(double value, bool issigned, int wordLength, int fractionLength, const fimath& math,
+     unsigned long precision = 0);
+  // From a host numeric array of any numeric class, real or complex, with its dimensions.
+  fi(const HostArray& values, const NumericType& type, const fimath& math);
+  // From doubles in column-major order (im may be null for a real array).
+  fi(const double* re, const double* im, const int* dims, int ndims, const NumericType& type,
+     const fimath& math);
+  // Every element the same value.
+  fi(double re, double im, bool complex, const int* dims, int ndims, const NumericType& type,
+     const fimath& math);
+  // Zeros.
+  fi(const int* dims, int ndims, const NumericType& type, const fimath& math, bool complex);
+  fi(const int* dims, int ndims, const NumericType& type, const fimath& math, bool complex,
+     const qlogger& log);
+  fi(int m, int n, const NumericType& type, const fimath& math, bool complex);
+  // Whole copy, or a 1x1 copy of the current element.
+  fi(const fi& source, CopyMode mode);
+  fi(const fi&) = delete;
+  virtual ~fi();
+
+  // Re-makes this object as zeros of a new shape, type and math.
+  void resizeAndZero(const int* dims, int ndims, const NumericType& type, const fimath& math,
+                     bool complex);
+  void resizeAndZero(int m, int n, const NumericType& type, const fimath& math, bool complex);
+
+  // ---- Elements and shape ---------------------------------------------------------------
+  virtual void setIsReal(bool isreal);
+  virtual void setIndex(int i) const;
+  virtual void coordinateComplexity(bool complex);
+  virtual bool isreal() const { return isreal_; }
+  virtual bool iscomplex() const { return !isreal_; }
+  virtual const qlogger& getfilog() const { return filog_; }
+
+  int getIndex() const { return index_; }
+  const number& real(int i) const { return realData_[i]; }
+  const number& imag(int i) const { return isreal_ ? zeroNumber() : (*imagSlot_)[i]; }
+  number& realRef(int i) { return realData_[i]; }
+  number& imagRef(int i) { return (*imagSlot_)[i]; }
+  const number& real() const { return real(index_); }
+  const number& imag() const { return imag(index_); }
+  double realdouble(int i) const { return real(i).todouble(); }
+  double imagdouble(int i) const { return imag(i).todouble(); }
+  const fi& operator[](int i) const { setIndex(i); return *this; }
+  const fi& operator()(int i) const { setIndex(i); return *this; }
+  const fi& operator()(int i, int j) const { setIndex(i + j * m_); return *this; }
+  // Drops an all-zero imaginary part.
+  void freeImagIfZero();
+
+  int numel() const { return numel_; }
+  int length() const { return length_; }
+  int getM() const { return m_; }
+  int getN() const { return n_; }
+  int ndims() const { return static_cast<int>(dims_.size()); }
+  const int* dims() const { return dims_.data(); }
+  bool isempty() const { return numel_ == 0; }
+  bool isscalar() const { return numel_ == 1; }
+  bool isvector() const;
+  bool isrow() const { return ndims() == 2 && m_ == 1; }
+  bool iscolumn() const { return ndims() == 2 && n_ == 1; }
+  bool isSameSize(const fi& other) const;
+  int getDimension(int d) const;
+  void checkIndex(int i) const;
+  void copyDimensions(const int* dims, int ndims);
+  void updateNumel();
+
+  // ---- Type and math --------------------------------------------------------------------
+  const NumericType& getNumericType() const { return type_; }
+  const fimath& getFimath() const { return math_; }
+  const quantizer& getAssignmentQuantizer() const { return assignQuantizer_; }
+  const loggingquantizer& getLoggingAssignmentQuantizer() const { return loggingQuantizer_; }
+  int getWordLength() const { return type_.getWordLength(); }
+  int getFractionLength() const { return type_.getFractionLength(); }
+  double getSlope() const { return type_.getSlope(); }
+  double getBias() const { return type_.getBias(); }
+  bool getSigned() const { return type_.getSigned(); }
+  bool isFixed() const { return type_.isFixed(); }
+  bool isDouble() const { return type_.isDouble(); }
+  bool isSingle() const { return type_.isSingle(); }
+  bool isBoolean() const { return type_.isBoolean(); }
+  bool isScaledDouble() const { return type_.isScaledDouble(); }
+  bool isScaledType() const { return type_.isScaledType(); }
+  bool isSlopeBiasScaled() const { return type_.isSlopeBiasScaled(); }
+  RoundModeEnum getRoundMode() const { return math_.getRoundMode(); }
+  OverflowModeEnum getOverflowMode() const { return math_.getOverflowMode(); }
+  ArithmeticModeEnum getProductMode() const { return math_.getProductMode(); }
+  ArithmeticModeEnum getSumMode() const { return math_.getSumMode(); }
+  bool getCastBeforeSum() const { return math_.getCastBeforeSum(); }
+
+  // Each type setter changes the type, rebuilds the quantizers and re-quantizes every
+  // element; a refused setting (a warning) changes nothing.
+  void setNumericType(const NumericType& type);
+  void setSigned(bool v);
+  void setWordLength(int v);
+  void setFractionLength(int v);
+  void setFixedExponent(int v);
+  void setSlope(double v);
+  void setSlopeAdjustmentFactor(double v);
+  void setBias(double v);
+  void setScaling(ScalingEnum v);
+  void setDataTypeMode(DataTypeModeEnum v);
+  void setDataType(DataTypeEnum v);
+  // Replaces the math and rebuilds the quantizers (elements are not re-quantized).
+  void setFimath(const fimath& math);
+  void updateAssignmentQuantizer();
+  void quantizeAll();
+
+  PropertyEnum getLastPropertySet() const { return lastPropertySet_; }
+  void setLastPropertySet(PropertyEnum code);
+
+  // v -> (v - Bias) / SlopeAdjustmentFactor (as a multiplication by the reciprocal), and
+  // back: Bias + SlopeAdjustmentFactor * v.
+  double removeSlopeAdjustmentFactorBias(double v) const;
+  double addSlopeAdjustmentFactorBias(double v) const;
+  // Quantizes x in place into this object's log (the logging quantizer when logging is on).
+  number& quantizeElement(number& x) const;
+
+  // ---- Operand checks -------------------------------------------------------------------
+  static void errorIfBooleanMath(const fi& a);
+  static void errorIfMixedMath(const fi& a, const fi& b);
+  static void errorIfFimathMismatch(const fi& a, const fi& b);
+  static void errorIfMathMismatch(const fi& a, const fi& b);
+  static void errorIfSlopeBiasMath(const fi& a);
+  static void errorIfScaledDoubleSlopeBiasMath(const fi& a, const fi& b);
+  void errorIfScaledDouble(const char* functionName) const;
+  void checkElementwiseSize(const fi& b) const;
+
+  // ---- Result types (fi_result_types.cpp) -----------------------------------------------
+  const NumericType& getNumericTypeForAddOp(const fi& b) const;
+  const NumericType& getProductTypeForMpyOp(const fi& b) const;
+  const NumericType& getSumNumericTypeForMatrixMultiply(const fi& b, const NumericType& P) const;
+  const NumericType& getSumTypeForMpyOp(const fi& b, const NumericType& P) const;
+  static DataTypeEnum getDataTypeForMathOp(const fi& a, const fi& b);
+
+  // ---- Arithmetic (fi_arithmetic.cpp) ---------------------------------------------------
+  std::unique_ptr<fi> plus(const fi& b) const;
+  std::unique_ptr<fi> minus(const fi& b) const;
+  std::unique_ptr<fi> times(const fi& b) const;
+  std::unique_ptr<fi> mtimes(const fi& b) const;
+  // Element level, on the current elements.
+  const fi& operator+(const fi& b) const;  // the sum register
+  const fi& operator-(const fi& b) const;  // the sum register
+  const fi& operator*(const fi& b) const;  // the product register
+  fi& operator+=(const fi& b);
+  fi& operator-=(const fi& b);
+  fi& operator*=(const fi& b);
+  // Element assignment (not a copy): b's current element into this object's current
+  // element, quantized by this object's assignment quantizer.
+  fi& operator=(const fi& b);
+
+  void initializeSumRegister(const NumericType& T, const fimath& m) const;
+  void initializeSumRegister(const fimath& m) const;
+  void initializeSumRegister(const fi& other) const;
+  void initializeProductRegister(const NumericType& S, const NumericType& P,
+                                 const fimath& m) const;
+  void initializeProductRegister(const fimath& m) const;
+  bool isSumRegisterInitialized() const { return sumRegister_ != nullptr; }
+  bool isProductRegisterInitialized() const { return productRegister_ != nullptr; }
+  fi& getSumRegister() const;
+  fi& getProductRegister() const;
+  const quantizer& getSumQuantizer() const;
+  const quantizer& getProductQuantizer() const;
+  std::unique_ptr<fi> getAccumulatorCopy() const;
+  const qlogger& getsumfilog() const;
+  const qlogger& getproductfilog() const;
+  const qlogger& getproductregsumfilog() const;
+
+  // Slope-bias working values of the last operation.
+  double getBnetForEquals() const { return bnetForEquals_; }
+  double getBnetForSlopeBiasPlus() const { return bnetForPlus_; }
+  double getBnetForSlopeBiasMinus() const { return bnetForMinus_; }
+  double getFsxForEquals() const { return fsxForEquals_; }
+  double getFscForTimes() const { return fscForTimes_; }
+  const fi* getAForSlopeBiasTimes() const { return aForTimes_; }
+  const fi* getBForSlopeBiasTimes() const { return bForTimes_; }
+
+  // ---- Logging and display (fi_logging.cpp) ---------------------------------------------
+  static bool getLogging();
+  static void setLogging(bool on);
+  static const qlogger& getAssignlog();
+  static const qlogger& getSumlog();
+  static const qlogger& getProductlog();
+  static const number& getZeroNumber() { return zeroNumber(); }
+  void resetLogging() const;
+  static void displayGlobalLog();
+  static void resetGlobalLog();
+  void displaySubsasgnLogging(const qlogger& log) const;
+  // Moves the new counts of a register's log into the global log and the result's log
+  // and warns about them (only with logging on).
+  static void reportOperation(const qlogger& registerLog, const qlogger& globalLog,
+                              const qlogger& resultLog, int noperations, int nmathoperations,
+                              const char* name);
+  int getNoverflows() const { return filog_.getNoverflows(); }
+  int getNunderflows() const { return filog_.getNunderflows(); }
+  int getNoperations() const { return filog_.getNoperations(); }
+  int getNmathoperations() const { return filog_.getNMathoperations(); }
+  double getMaxLogAsRealWorldValue() const;
+  double getMinLogAsRealWorldValue() const;
+  // The real-world values as a host double array (complex when this is).
+  HostArray toHostDouble() const;
+  void disp() const;
+
+ protected:
+  // An alias sharing the data of source.
+  fi(const fi& source, CopyIndex);
+
+ private:
+  static const number& zeroNumber();
+  // Builds the members every constructor shares, for a type and math.
+  void initCommon(const NumericType& type, const fimath& math);
+  // Allocates zero elements for the current dims (and imaginary ones when complex).
+  void allocate(bool complex);
+  void releaseData();
+  // Stores a real-world double at element i (real or imaginary) and quantizes it.
+  void storeDouble(number& element, double v);
+  template <class Op>
+  std::unique_ptr<fi> elementwise(const fi& b, const NumericType& T, Op op) const;
+  const fi& sumOrDifference(const fi& b, bool subtract) const;
+
+  number* realData_ = nullptr;
+  number* imagData_ = nullptr;
+  number** imagSlot_ = &imagData_;
+  bool isreal_ = true;
+  std::vector<int> dims_{1, 1};
+  mutable int index_ = 0;
+  NumericType type_;
+  fimath math_;
+  quantizer assignQuantizer_;
+  loggingquantizer loggingQuantizer_;
+  mutable std::unique_ptr<fi> sumRegister_;
+  mutable std::unique_ptr<fi> productRegister_;
+  mutable std::unique_ptr<NumericType> sumTypeCache_;
+  mutable std::unique_ptr<NumericType> productTypeCache_;
+  mutable const fi* aForTimes_ = nullptr;
+  mutable const fi* bForTimes_ = nullptr;
+  int* shareCount_ = nullptr;
+  mutable number temp_;
+  int numel_ = 1;
+  int length_ = 1;
+  int m_ = 1;
+  int n_ = 1;
+  mutable double bnetForEquals_ = 0;
+  mutable double bnetForPlus_ = 0;
+  mutable double bnetForMinus_ = 0;
+  mutable double fsxForEquals_ = 0;
+  mutable double fscForTimes_ = 0;
+  qlogger filog_;
+  PropertyEnum lastPropertySet_ = -1;
+};
+
+}  // namespace corbel
