@@ -82,9 +82,18 @@ class fi {
   const number& imag() const { return imag(index_); }
   double realdouble(int i) const { return real(i).todouble(); }
   double imagdouble(int i) const { return imag(i).todouble(); }
-  const fi& operator[](int i) const { setIndex(i); return *this; }
-  const fi& operator()(int i) const { setIndex(i); return *this; }
-  const fi& operator()(int i, int j) const { setIndex(i + j * m_); return *this; }
+  const fi& operator[](int i) const {
+    setIndex(i);
+    return *this;
+  }
+  const fi& operator()(int i) const {
+    setIndex(i);
+    return *this;
+  }
+  const fi& operator()(int i, int j) const {
+    setIndex(i + j * m_);
+    return *this;
+  }
   // Drops an all-zero imaginary part.
   void freeImagIfZero();
 
@@ -192,8 +201,7 @@ class fi {
   void initializeSumRegister(const NumericType& T, const fimath& m) const;
   void initializeSumRegister(const fimath& m) const;
   void initializeSumRegister(const fi& other) const;
-  void initializeProductRegister(const NumericType& S, const NumericType& P,
-                                 const fimath& m) const;
+  void initializeProductRegister(const NumericType& S, const NumericType& P, const fimath& m) const;
   void initializeProductRegister(const fimath& m) const;
   bool isSumRegisterInitialized() const { return sumRegister_ != nullptr; }
   bool isProductRegisterInitialized() const { return productRegister_ != nullptr; }
@@ -252,29 +260,39 @@ class fi {
   // Allocates zero elements for the current dims (and imaginary ones when complex).
   void allocate(bool complex);
   void releaseData();
-  // Stores a real-world double at element i (real or imaginary) and quantizes it.
+  // Stores a real-world double into an element and quantizes it.
   void storeDouble(number& element, double v);
+  // Sets the default precision of new numbers for this type (at least `precision`).
+  void useTypePrecision(unsigned long precision = 0) const;
   template <class Op>
   std::unique_ptr<fi> elementwise(const fi& b, const NumericType& T, Op op) const;
   const fi& sumOrDifference(const fi& b, bool subtract) const;
 
+  // What a fi and its aliases share: the sharer count and the imaginary data (null while
+  // real), so that every sharer sees the data become complex and the last one frees it.
+  struct SharedData {
+    int shareCount = 1;
+    number* imag = nullptr;
+  };
+
   number* realData_ = nullptr;
-  number* imagData_ = nullptr;
-  number** imagSlot_ = &imagData_;
+  SharedData* shared_ = nullptr;
+  number** imagSlot_ = nullptr;  // &shared_->imag
   bool isreal_ = true;
   std::vector<int> dims_{1, 1};
   mutable int index_ = 0;
   NumericType type_;
   fimath math_;
-  quantizer assignQuantizer_;
-  loggingquantizer loggingQuantizer_;
+  quantizer assignQuantizer_{quantizer::Fixed, RoundModeEnum::Nearest, OverflowModeEnum::Saturate,
+                             16, 15};
+  loggingquantizer loggingQuantizer_{quantizer::Fixed, RoundModeEnum::Nearest,
+                                     OverflowModeEnum::Saturate, 16, 15};
   mutable std::unique_ptr<fi> sumRegister_;
   mutable std::unique_ptr<fi> productRegister_;
   mutable std::unique_ptr<NumericType> sumTypeCache_;
   mutable std::unique_ptr<NumericType> productTypeCache_;
   mutable const fi* aForTimes_ = nullptr;
   mutable const fi* bForTimes_ = nullptr;
-  int* shareCount_ = nullptr;
   mutable number temp_;
   int numel_ = 1;
   int length_ = 1;

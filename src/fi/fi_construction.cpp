@@ -1,0 +1,426 @@
+// fi: construction, copies and aliases, shape, element access, type setters and the
+// operand checks every arithmetic operation makes.
+#include <algorithm>
+#include <cmath>
+
+#include "fi/fi.h"
+#include "host/messages.h"
+
+namespace corbel {
+
+const number& fi::zeroNumber() {
+  static const number zero(0.0);
+  return zero;
+}
+
+// ---- Common members ---------------------------------------------------------------------
+
+void fi::useTypePrecision(unsigned long precision) const {
+  const int w = type_.getWordLength();
+  const unsigned long fromType =
+      w > 0 ? static_cast<unsigned long>(w) : number::getDefaultPrecision();
+  number::setDefaultPrecision(std::max(fromType, precision),
+                              number::getDefaultForceMultiplePrecision());
+}
+
+void fi::initCommon(const NumericType& type, const fimath& math) {
+  type_ = type;
+  math_ = math;
+  updateAssignmentQuantizer();
+  shared_ = new SharedData();
+  imagSlot_ = &shared_->imag;
+}
+
+void fi::allocate(bool complex) {
+  updateNumel();
+  realData_ = new number[static_cast<size_t>(numel_)];
+  if (complex) *imagSlot_ = new number[static_cast<size_t>(numel_)];
+  isreal_ = !complex;
+}
+
+void fi::releaseData() {
+  if (shared_ == nullptr) return;
+  if (--shared_->shareCount == 0) {
+    delete[] realData_;
+    delete[] shared_->imag;
+    delete shared_;
+  }
+  realData_ = nullptr;
+  shared_ = nullptr;
+  imagSlot_ = nullptr;
+}
+
+double fi::removeSlopeAdjustmentFactorBias(double v) const {
+  // A multiplication by the reciprocal, not a division, so that results match bit for bit
+  // wherever the same conversion is made.
+  return (1.0 / type_.getSlopeAdjustmentFactor()) * (v - type_.getBias());
+}
+
+double fi::addSlopeAdjustmentFactorBias(double v) const {
+  return type_.getBias() + type_.getSlopeAdjustmentFactor() * v;
+}
+
+number& fi::quantizeElement(number& x) const {
+  return getLogging() ? loggingQuantizer_.quantize(x, filog_)
+                      : assignQuantizer_.quantize(x, filog_);
+}
+
+void fi::storeDouble(number& element, double v) {
+  if (std::isnan(v)) raise(Msg::FiNoNaN);
+  NumericType::checkNaNInf(type_.getDataType(), v);
+  element = number(type_.isSlopeBiasScaled() ? removeSlopeAdjustmentFactorBias(v) : v);
+  quantizeElement(element);
+}
+
+// ---- Constructors -----------------------------------------------------------------------
+
+fi::fi() : fi(0.0, NumericType(), fimath()) {}
+
+fi::fi(double value, const NumericType& type, const fimath& math, unsigned long precision) {
+  initCommon(type, math);
+  useTypePrecision(precision);
+  allocate(false);
+  try {
+    storeDouble(realData_[0], value);
+  } catch (...) {
+    releaseData();
+    throw;
+  }
+}
+
+fi::fi(double value, bool issigned, int wordLength, int fractionLength, const fimath& math,
+       unsigned long precision)
+    : fi(value, NumericType(issigned, wordLength, fractionLength), math, precision) {}
+
+fi::fi(const HostArray& values, const NumericType& type, const fimath& math) {
+  switch (values.element_class()) {
+    case HostClass::Int64:
+      raise(Msg::FiConstructorInt64);
+    case HostClass::UInt64:
+      raise(Msg::FiConstructorUint64);
+    default:
+      if (!values.is_numeric()) raise(Msg::FiConstructorNumeric);
+  }
+  initCommon(type, math);
+  useTypePrecision();
+  std::vector<int> dims(values.dims().begin(), values.dims().end());
+  copyDimensions(dims.data(), static_cast<int>(dims.size()));
+  allocate(values.is_complex());
+  try {
+    for (int i = 0; i < numel_; ++i) {
+      storeDouble(realData_[i], values.real_as_double(static_cast<size_t>(i)));
+      if (!isreal_) storeDouble((*imagSlot_)[i], values.imag_as_double(static_cast<size_t>(i)));
+    }
+  } catch (...) {
+    releaseData();
+    throw;
+  }
+}
+
+fi::fi(const double* re, const double* im, const int* dims, int ndims, const NumericType& type,
+       const fimath& math) {
+  initCommon(type, math);
+  useTypePrecision();
+  copyDimensions(dims, ndims);
+  allocate(im != nullptr);
+  try {
+    for (int i = 0; i < numel_; ++i) {
+      storeDouble(realData_[i], re[i]);
+      if (im) storeDouble((*imagSlot_)[i], im[i]);
+    }
+  } catch (...) {
+    releaseData();
+    throw;
+  }
+}
+
+fi::fi(double re, double im, bool complex, const int* dims, int ndims, const NumericType& type,
+       const fimath& math) {
+  initCommon(type, math);
+  useTypePrecision();
+  copyDimensions(dims, ndims);
+  allocate(complex);
+  try {
+    for (int i = 0; i < numel_; ++i) {
+      storeDouble(realData_[i], re);
+      if (complex) storeDouble((*imagSlot_)[i], im);
+    }
+  } catch (...) {
+    releaseData();
+    throw;
+  }
+}
+
+fi::fi(const int* dims, int ndims, const NumericType& type, const fimath& math, bool complex) {
+  initCommon(type, math);
+  useTypePrecision();
+  copyDimensions(dims, ndims);
+  allocate(complex);
+}
+
+fi::fi(const int* dims, int ndims, const NumericType& type, const fimath& math, bool complex,
+       const qlogger& log)
+    : fi(dims, ndims, type, math, complex) {
+  filog_ = log;
+}
+
+fi::fi(int m, int n, const NumericType& type, const fimath& math, bool complex) {
+  const int dims[] = {m, n};
+  initCommon(type, math);
+  useTypePrecision();
+  copyDimensions(dims, 2);
+  allocate(complex);
+}
+
+fi::fi(const fi& source, CopyMode mode) {
+  initCommon(source.type_, source.math_);
+  useTypePrecision();
+  if (mode == CurrentElement) {
+    dims_.assign(static_cast<size_t>(source.ndims()), 1);
+    allocate(source.iscomplex());
+    realData_[0] = source.real();
+    if (!isreal_) (*imagSlot_)[0] = source.imag();
+    return;
+  }
+  copyDimensions(source.dims(), source.ndims());
+  allocate(source.iscomplex());
+  filog_ = source.getfilog();
+  // Copies share the number bodies until either side changes an element.
+  for (int i = 0; i < numel_; ++i) {
+    realData_[i] = source.real(i);
+    if (!isreal_) (*imagSlot_)[i] = source.imag(i);
+  }
+  if (source.sumRegister_) sumRegister_ = std::make_unique<fi>(*source.sumRegister_, WholeCopy);
+  if (source.productRegister_)
+    productRegister_ = std::make_unique<fi>(*source.productRegister_, WholeCopy);
+}
+
+fi::fi(const fi& source, CopyIndex)
+    : realData_(source.realData_),
+      shared_(source.shared_),
+      imagSlot_(source.imagSlot_),
+      isreal_(source.isreal_),
+      dims_(source.dims_),
+      index_(source.index_),
+      type_(source.type_),
+      math_(source.math_) {
+  ++shared_->shareCount;
+  updateAssignmentQuantizer();
+  updateNumel();
+}
+
+fi::~fi() {
+  releaseData();
+}
+
+void fi::resizeAndZero(const int* dims, int ndims, const NumericType& type, const fimath& math,
+                       bool complex) {
+  releaseData();
+  sumRegister_.reset();
+  productRegister_.reset();
+  initCommon(type, math);
+  useTypePrecision();
+  copyDimensions(dims, ndims);
+  index_ = 0;
+  allocate(complex);
+}
+
+void fi::resizeAndZero(int m, int n, const NumericType& type, const fimath& math, bool complex) {
+  const int dims[] = {m, n};
+  resizeAndZero(dims, 2, type, math, complex);
+}
+
+// ---- Shape and elements -----------------------------------------------------------------
+
+void fi::copyDimensions(const int* dims, int ndims) {
+  dims_.assign(dims, dims + ndims);
+  while (dims_.size() < 2) dims_.push_back(1);
+  updateNumel();
+}
+
+int fi::getDimension(int d) const {
+  if (d < 1) raise(Msg::FiBadDimension);
+  return d <= ndims() ? dims_[static_cast<size_t>(d - 1)] : 1;
+}
+
+void fi::updateNumel() {
+  m_ = getDimension(1);
+  length_ = m_;
+  n_ = 1;
+  for (int d = 2; d <= ndims(); ++d) {
+    length_ = std::max(length_, getDimension(d));
+    n_ *= getDimension(d);
+  }
+  numel_ = n_ * m_;
+}
+
+void fi::checkIndex(int i) const {
+  if (i < 0 || i >= numel_) raise(Msg::FiBadIndex);
+}
+
+void fi::setIndex(int i) const {
+  checkIndex(i);
+  index_ = i;
+}
+
+void fi::setIsReal(bool isreal) {
+  isreal_ = isreal;
+}
+
+bool fi::isvector() const {
+  if (ndims() != 2) return false;
+  return (m_ == 1 || n_ == 1) && numel_ >= 1;
+}
+
+bool fi::isSameSize(const fi& other) const {
+  if (numel_ != other.numel_) return false;
+  const int n = std::max(ndims(), other.ndims());
+  for (int d = 1; d <= n; ++d)
+    if (getDimension(d) != other.getDimension(d)) return false;
+  return true;
+}
+
+void fi::coordinateComplexity(bool complex) {
+  if (!complex || !isreal_) return;
+  if (*imagSlot_ == nullptr) *imagSlot_ = new number[static_cast<size_t>(numel_)];
+  isreal_ = false;
+}
+
+void fi::freeImagIfZero() {
+  if (isreal_) return;
+  for (int i = 0; i < numel_; ++i)
+    if (!(*imagSlot_)[i].iszero()) return;
+  delete[] * imagSlot_;
+  *imagSlot_ = nullptr;
+  isreal_ = true;
+}
+
+// ---- Type and math ----------------------------------------------------------------------
+
+void fi::updateAssignmentQuantizer() {
+  assignQuantizer_.set(type_, math_.getRoundMode(), math_.getOverflowMode(), false);
+  loggingQuantizer_.set(type_, math_.getRoundMode(), math_.getOverflowMode(), false);
+}
+
+void fi::quantizeAll() {
+  for (int i = 0; i < numel_; ++i) {
+    quantizeElement(realData_[i]);
+    if (!isreal_) quantizeElement((*imagSlot_)[i]);
+  }
+}
+
+void fi::setNumericType(const NumericType& type) {
+  // The quantizers are built first: a type they refuse leaves this object as it was.
+  quantizer plain = assignQuantizer_;
+  loggingquantizer logging = loggingQuantizer_;
+  plain.set(type, math_.getRoundMode(), math_.getOverflowMode(), false);
+  logging.set(type, math_.getRoundMode(), math_.getOverflowMode(), false);
+  type_ = type;
+  assignQuantizer_ = plain;
+  loggingQuantizer_ = logging;
+  useTypePrecision();
+  quantizeAll();
+}
+
+namespace {
+
+// Applies one setter to a copy of the type; the fi changes only when the type did.
+template <class F>
+void change_type(fi& x, F set) {
+  NumericType t = x.getNumericType();
+  set(t);
+  if (!t.isequal(x.getNumericType()) ||
+      t.getDataTypeMode() != x.getNumericType().getDataTypeMode() ||
+      t.getScaling() != x.getNumericType().getScaling())
+    x.setNumericType(t);
+}
+
+}  // namespace
+
+void fi::setSigned(bool v) {
+  change_type(*this, [&](NumericType& t) { t.setSigned(v); });
+}
+void fi::setWordLength(int v) {
+  change_type(*this, [&](NumericType& t) { t.setWordLength(v); });
+}
+void fi::setFractionLength(int v) {
+  change_type(*this, [&](NumericType& t) { t.setFractionLength(v); });
+}
+void fi::setFixedExponent(int v) {
+  change_type(*this, [&](NumericType& t) { t.setFixedExponent(v); });
+}
+void fi::setSlope(double v) {
+  change_type(*this, [&](NumericType& t) { t.setSlope(v); });
+}
+void fi::setSlopeAdjustmentFactor(double v) {
+  change_type(*this, [&](NumericType& t) { t.setSlopeAdjustmentFactor(v); });
+}
+void fi::setBias(double v) {
+  change_type(*this, [&](NumericType& t) { t.setBias(v); });
+}
+void fi::setScaling(ScalingEnum v) {
+  change_type(*this, [&](NumericType& t) { t.setScaling(v); });
+}
+void fi::setDataTypeMode(DataTypeModeEnum v) {
+  change_type(*this, [&](NumericType& t) { t.setDataTypeMode(v, true); });
+}
+void fi::setDataType(DataTypeEnum v) {
+  change_type(*this, [&](NumericType& t) { t.setDataType(v); });
+}
+
+void fi::setFimath(const fimath& math) {
+  math_ = math;
+  updateAssignmentQuantizer();
+}
+
+void fi::setLastPropertySet(PropertyEnum code) {
+  if (code < kFirstProperty || code > kLastProperty)
+    raise(Msg::FiBadPropertyEnum, kFirstProperty, kLastProperty, code);
+  lastPropertySet_ = code;
+}
+
+// ---- Operand checks ---------------------------------------------------------------------
+
+void fi::errorIfBooleanMath(const fi& a) {
+  if (a.isBoolean()) raise(Msg::FiNoBooleanMath);
+}
+
+void fi::errorIfMixedMath(const fi& a, const fi& b) {
+  // Fixed and scaled double combine freely; any other pair must agree.
+  if (a.isScaledType() && b.isScaledType()) return;
+  if (a.type_.getDataType() != b.type_.getDataType()) raise(Msg::FiMixedMath);
+}
+
+void fi::errorIfFimathMismatch(const fi& a, const fi& b) {
+  if (!a.math_.isequal(b.math_)) raise(Msg::FiFimathMismatch);
+}
+
+void fi::errorIfMathMismatch(const fi& a, const fi& b) {
+  errorIfBooleanMath(a);
+  errorIfBooleanMath(b);
+  errorIfMixedMath(a, b);
+  // A scaled-double operand is exempt from the fimath comparison.
+  if (a.isFixed() && b.isFixed()) errorIfFimathMismatch(a, b);
+}
+
+void fi::errorIfSlopeBiasMath(const fi& a) {
+  if (a.isSlopeBiasScaled()) raise(Msg::FiOnlyBinaryPointMath);
+}
+
+void fi::errorIfScaledDoubleSlopeBiasMath(const fi& a, const fi& b) {
+  const auto sdsb = [](const fi& x) {
+    return x.type_.getDataTypeMode() == DataTypeModeEnum::ScaledDoubleSlopeBias &&
+           x.isSlopeBiasScaled();
+  };
+  if (sdsb(a) || sdsb(b)) raise(Msg::FiScaledDoubleSlopeBiasMath);
+}
+
+void fi::errorIfScaledDouble(const char* functionName) const {
+  if (isScaledDouble()) raise(Msg::FiScaledDoubleOn, functionName);
+}
+
+void fi::checkElementwiseSize(const fi& b) const {
+  if (!isscalar() && !b.isscalar() && !isSameSize(b)) raise(Msg::FiDimAgree);
+}
+
+}  // namespace corbel
