@@ -96,6 +96,10 @@ TEST_F(NumericTypeTest, RefusalsWarnAndChangeNothing) {
   const NumericType bp;
   const NumericType sb(Mode::FixedSlopeBias, true, 16, 1.25, -4, 0.5);
   const NumericType unspecified(Mode::FixedUnspecified, true, 16, 1.0, 0, 0.0);
+  const NumericType single(Mode::Single, true, 32, 1.0, 0, 0.0);
+  const NumericType sdUnspecified(Mode::ScaledDoubleUnspecified, false, 24, 1.0, 0, 0.0);
+  const NumericType sdBinaryPoint(Mode::ScaledDoubleBinaryPoint, true, 20, 1.0, -6, 0.0);
+  const NumericType sdSlopeBias(Mode::ScaledDoubleSlopeBias, true, 20, 1.75, -6, -3.0);
   const std::string floatModes = "Double, Single or Boolean";
   const std::string unscaled =
       "Double, Single, Boolean, Scaled double or Fixed-point: unspecified scaling";
@@ -132,6 +136,26 @@ TEST_F(NumericTypeTest, RefusalsWarnAndChangeNothing) {
        "exact power of two"},
       {unspecified, [](NumericType& t) { t.setSlope(0.5); }, cannot("Slope", unscaled)},
       {bp, [](NumericType& t) { t.setBias(1.0); }, cannot("Bias", notSlopeBias)},
+      // The same rules in the other modes that can refuse them.
+      {sdBinaryPoint, [](NumericType& t) { t.setScaling(ScalingEnum::Unused); },
+       cannot("Scaling", "Scaled double")},
+      {single, [](NumericType& t) { t.setSigned(false); }, cannot("Signed", floatModes)},
+      {single, [](NumericType& t) { t.setWordLength(64); }, cannot("WordLength", floatModes)},
+      {boolean, [](NumericType& t) { t.setWordLength(8); }, cannot("WordLength", floatModes)},
+      {sdUnspecified, [](NumericType& t) { t.setWordLength(-5); },
+       "Invalid WordLength specified; the WordLength must be greater than 0"},
+      {sdUnspecified, [](NumericType& t) { t.setFractionLength(1); },
+       cannot("FractionLength", unscaled)},
+      {boolean, [](NumericType& t) { t.setFixedExponent(1); }, cannot("FixedExponent", unscaled)},
+      {sdSlopeBias, [](NumericType& t) { t.setSlopeAdjustmentFactor(0.999); },
+       "Invalid SlopeAdjustmentFactor specified; the SlopeAdjustmentFactor must be greater "
+       "than or equal to 1 and less than 2"},
+      {sdBinaryPoint, [](NumericType& t) { t.setSlopeAdjustmentFactor(1.5); },
+       cannot("SlopeAdjustmentFactor", notSlopeBias)},
+      {sdUnspecified, [](NumericType& t) { t.setSlope(0.5); }, cannot("Slope", unscaled)},
+      {dbl, [](NumericType& t) { t.setSlope(2.0); }, cannot("Slope", unscaled)},
+      {sdBinaryPoint, [](NumericType& t) { t.setBias(0.5); }, cannot("Bias", notSlopeBias)},
+      {unspecified, [](NumericType& t) { t.setBias(NAN); }, cannot("Bias", notSlopeBias)},
   };
   for (const Case& c : cases) {
     NumericType t = c.start;
@@ -151,9 +175,39 @@ TEST_F(NumericTypeTest, RefusalsWarnAndChangeNothing) {
   d.setSlope(1.0);
   d.setBias(0.0);
   EXPECT_TRUE(host.take_warnings().empty());
+  NumericType b = boolean;
+  b.setSigned(false);
+  b.setWordLength(1);
+  NumericType s = single;
+  s.setSigned(true);
+  s.setWordLength(32);
+  NumericType u = unspecified;
+  u.setSlopeAdjustmentFactor(1.0);
+  u.setFixedExponent(0);
+  EXPECT_TRUE(host.take_warnings().empty());
+  EXPECT_TRUE(same_fields(b, boolean) && same_fields(s, single) && same_fields(u, unspecified));
   NumericType w = bp;
   w.setWordLength(65535);
   EXPECT_EQ(w.getWordLength(), 65535);
+
+  // An invalid slope in binary point mode draws both warnings: the split goes on after the
+  // first, and its result is then refused as no power of two.
+  for (double slope : {-1.0, 0.0, static_cast<double>(NAN)}) {
+    NumericType t = bp;
+    t.setSlope(slope);
+    EXPECT_TRUE(same_fields(t, bp)) << slope;
+    const auto warnings = host.take_warnings();
+    ASSERT_EQ(warnings.size(), 2u) << slope;
+    EXPECT_EQ(warnings[0].text,
+              "Invalid total slope specified; the total slope must be greater than 0 and finite");
+    EXPECT_EQ(warnings[1].text,
+              "Invalid total slope specified; for binary point scaling, the total slope must be "
+              "an exact power of two");
+  }
+  EXPECT_TRUE(unspecified.fixedExponentConsistencyCheck(0, "FixedExponent"));
+  EXPECT_FALSE(unspecified.fixedExponentConsistencyCheck(2, "Named"));
+  EXPECT_EQ(host.take_warnings().at(0).text, cannot("Named", unscaled));
+  EXPECT_TRUE(sdBinaryPoint.fixedExponentConsistencyCheck(-9, "FixedExponent"));
 }
 
 TEST_F(NumericTypeTest, SlopesSplitIntoFactorAndExponent) {
@@ -207,6 +261,17 @@ TEST_F(NumericTypeTest, EqualityIsAsymmetricInScaling) {
   other.setBias(0.0);
   other.setSigned(false);
   EXPECT_FALSE(bp.isequal(other));
+  // The same asymmetry for scaled doubles; a fixed-point and a scaled-double type never match.
+  const NumericType sdUnspecified(Mode::ScaledDoubleUnspecified, true, 16, 1.0, 0, 0.0);
+  const NumericType sdBinaryPoint(Mode::ScaledDoubleBinaryPoint, true, 16, 1.0, 0, 0.0);
+  EXPECT_TRUE(sdBinaryPoint.isequal(sdUnspecified));
+  EXPECT_FALSE(sdUnspecified.isequal(sdBinaryPoint));
+  EXPECT_TRUE(sdUnspecified.isequal(sdUnspecified));
+  EXPECT_FALSE(sdUnspecified.isequal(unspecified));
+  EXPECT_FALSE(bp0.isequal(sdBinaryPoint));
+  // Fields compare with ==, so a NaN bias is unequal even to itself.
+  const NumericType nanBias(Mode::FixedSlopeBias, true, 16, 1.0, 0, NAN);
+  EXPECT_FALSE(nanBias.isequal(nanBias));
 }
 
 TEST_F(NumericTypeTest, EquivalentHostClass) {
@@ -220,104 +285,13 @@ TEST_F(NumericTypeTest, EquivalentHostClass) {
       std::nullopt);
 }
 
-TEST_F(NumericTypeTest, BestPrecisionFromTheLargestMagnitude) {
-  struct Case {
-    bool issigned;
-    double maxAbs;
-    int fractionLength;
-  } cases[] = {
-      {true, 1, 14},       {true, -1, 15},       {false, 1, 15},   {false, 0.75, 16},
-      {true, 0, 15},       {true, 4, 12},        {true, -4, 13},   {true, 3, 13},
-      {true, 0.25, 16},    {true, -0.25, 17},    {false, 1024, 5}, {false, 1000, 6},
-      {true, 0x1p40, -26}, {true, -0x1p-40, 55},
-  };
-  for (const Case& c : cases) {
-    NumericType t(c.issigned, 16, 0);
-    t.setBestPrecisionFromMaxAbs(c.maxAbs);
-    EXPECT_EQ(t.getFractionLength(), c.fractionLength) << c.issigned << " " << c.maxAbs;
-  }
-  NumericType d(Mode::Double, true, 64, 1, 0, 0);
-  d.setBestPrecisionFromMaxAbs(3);
-  EXPECT_EQ(d.getFixedExponent(), 0);
-}
-
-TEST_F(NumericTypeTest, BestPrecisionFromHostData) {
-  NumericType t;
-  t.setBestPrecision(HostArray::make_double_matrix(1, 2, {1, -1}));
-  EXPECT_EQ(t.getFractionLength(), 14);  // the positive 1 wins
-  t.setBestPrecision(HostArray::make_double(-1));
-  EXPECT_EQ(t.getFractionLength(), 15);
-  HostArray c = HostArray::make_complex(0.5, -3.0);
-  t.setBestPrecision(c);
-  EXPECT_EQ(t.getFractionLength(), 13);
-  EXPECT_EQ(NumericType::largestMagnitude(HostArray::make_double_matrix(0, 0)), -0.0);
-
-  NumericType twelve(true, 12, 3);
-  twelve.setBestPrecision(HostArray::make_double_matrix(0, 0));
-  EXPECT_EQ(twelve.getFractionLength(), 11);
-
-  NumericType sb(Mode::FixedSlopeBias, false, 20, 1.5, -3, 2.0);
-  sb.setBestPrecision(HostArray::make_numeric(HostClass::Int8, {2, 2}));
-  EXPECT_EQ(sb.getDataTypeMode(), Mode::FixedBinaryPoint);
-  EXPECT_TRUE(sb.getSigned());
-  EXPECT_EQ(sb.getWordLength(), 8);
-  EXPECT_EQ(sb.getFractionLength(), 0);
-
-  expect_error([&] { t.setBestPrecision(HostArray::make_logical(true)); },
-               "velkora:fi:setBestPrecision:mustbenumeric", "Data must be numeric.");
-  expect_error(
-      [&] {
-        t.setBestPrecision(HostArray(HostClass::Cell, {1, 1}));
-      },
-      "velkora:fi:setBestPrecision:mustbenumeric", "Data must be numeric.");
-  expect_error(
-      [&] {
-        t.setBestPrecision(HostArray::make_double_matrix(1, 2, {1, NAN}));
-      },
-      "velkora:fi:nonan", "NaN is not allowed in FI.");
-  expect_error([] { NumericType::divide(HostArray::make_text("a"), HostArray::make_double(1)); },
-               "velkora:fi:divide:nonondouble",
-               "Fixed-point DIVIDE not supported for (builtin non-double)/(builtin non-double).");
-}
-
-TEST_F(NumericTypeTest, TextForms) {
-  struct Case {
-    NumericType t;
-    std::string text;
-  } cases[] = {
-      {NumericType(), "numerictype(true,16,15)"},
-      {NumericType(Mode::FixedUnspecified, false, 16, 1, 0, 0), "numerictype(false,16)"},
-      {NumericType(Mode::FixedSlopeBias, true, 8, 1.0, -3, 0.0), "numerictype(true,8,2^-3,0)"},
-      {NumericType(Mode::FixedSlopeBias, true, 8, 1.0, -3, 1.0), "numerictype(true,8,0.125,1)"},
-      {NumericType(Mode::Boolean, false, 1, 1, 0, 0), "numerictype('boolean')"},
-      {NumericType(Mode::Single, true, 32, 1, 0, 0), "numerictype('single')"},
-      {NumericType(Mode::ScaledDoubleBinaryPoint, true, 16, 1, -15, 0),
-       "numerictype('DataType','ScaledDouble','Signed',true,'WordLength',16,'Scaling',"
-       "'BinaryPoint','FractionLength',15)"},
-      {NumericType(Mode::ScaledDoubleSlopeBias, false, 16, 1, -2, 0),
-       "numerictype('DataType','ScaledDouble','Signed',false,'WordLength',16,'Scaling',"
-       "'SlopeBias','Slope',2^-2,'Bias'0)"},
-      {NumericType(Mode::ScaledDoubleUnspecified, true, 9, 1, 0, 0),
-       "numerictype('DataType','ScaledDouble','Signed',true,'WordLength',9,'Scaling',"
-       "'Unspecified')"},
-  };
-  for (const Case& c : cases) EXPECT_EQ(c.t.tostring("numerictype"), c.text);
-
-  NumericType().disp();
-  EXPECT_EQ(host.take_console(),
-            "\n          DataTypeMode: Fixed-point: binary point scaling"
-            "\n                Signed: true"
-            "\n            WordLength: 16"
-            "\n        FractionLength: 15\n");
-  NumericType(Mode::FixedSlopeBias, false, 8, 1.25, -3, -0.5).disp();
-  EXPECT_EQ(host.take_console(),
-            "\n          DataTypeMode: Fixed-point: slope and bias scaling"
-            "\n                Signed: false"
-            "\n            WordLength: 8"
-            "\n                 Slope: 0.15625"
-            "\n                  Bias: -0.5\n");
-  NumericType(Mode::Double, true, 64, 1, 0, 0).disp();
-  EXPECT_EQ(host.take_console(), "\n          DataTypeMode: double\n");
+// Best precision and the text forms have their own files; the division entry check is here.
+TEST_F(NumericTypeTest, DivideTakesOnlyDoubleDividends) {
+  for (const HostArray& a :
+       {HostArray::make_text("a"), HostArray::make_numeric(HostClass::Int8, {1, 1})})
+    expect_error([&] { NumericType::divide(a, HostArray::make_double(1)); },
+                 "velkora:fi:divide:nonondouble",
+                 "Fixed-point DIVIDE not supported for (builtin non-double)/(builtin non-double).");
 }
 
 }  // namespace
