@@ -60,15 +60,17 @@ numberrepbody& doublenumber::setvalue(const unsigned int* words, int nwords, boo
   return *this;
 }
 
-numberrepbody& doublenumber::pow2(long n) {
+double doublenumber::pow2Of(double x, long n) {
   // Within the normal exponent range 2^n is a double, and one multiplication rounds
   // exactly as ldexp does (once, to nearest); outside it ldexp handles the extremes.
-  if (n >= -1022 && n <= 1023) {
-    value_ *= std::bit_cast<double>(static_cast<std::uint64_t>(1023 + n) << 52);
-  } else {
-    const long lim = 1L << 20;  // beyond this every finite value is 0 or infinity anyway
-    value_ = std::ldexp(value_, static_cast<int>(n > lim ? lim : (n < -lim ? -lim : n)));
-  }
+  if (n >= -1022 && n <= 1023)
+    return x * std::bit_cast<double>(static_cast<std::uint64_t>(1023 + n) << 52);
+  const long lim = 1L << 20;  // beyond this every finite value is 0 or infinity anyway
+  return std::ldexp(x, static_cast<int>(n > lim ? lim : (n < -lim ? -lim : n)));
+}
+
+numberrepbody& doublenumber::pow2(long n) {
+  value_ = pow2Of(value_, n);
   return *this;
 }
 
@@ -186,45 +188,47 @@ long doublenumber::unbiasedexponent() const {
 
 // Integer roundings. Each is exact for every double: the distance to the floor is
 // computed exactly (x - floor(x) never rounds), so no tie is decided by a rounded sum.
-numberrepbody& doublenumber::floor() {
-  value_ = std::floor(value_);
-  return *this;
-}
-
-numberrepbody& doublenumber::ceil() {
-  value_ = std::ceil(value_);
-  return *this;
-}
-
-numberrepbody& doublenumber::fix() {
-  // Toward zero; a zero result is +0 whatever the sign of the input.
-  value_ = std::trunc(value_) + 0.0;
-  return *this;
-}
-
-numberrepbody& doublenumber::nearest() {
+double doublenumber::nearestOf(double x) {
   // floor(x + 1/2): halves go toward +infinity.
-  const double f = std::floor(value_);
-  if (value_ - f >= 0.5)
-    value_ = f + 1.0;
-  else if (std::isfinite(f))
-    value_ = f;
-  return *this;
+  const double f = std::floor(x);
+  if (x - f >= 0.5) return f + 1.0;
+  return std::isfinite(f) ? f : x;
 }
 
-numberrepbody& doublenumber::round() {
-  value_ = host_round(value_);
-  return *this;
-}
-
-numberrepbody& doublenumber::convergent() {
+double doublenumber::convergentOf(double x) {
   // Nearest integer, halves to the even neighbour.
-  const double f = std::floor(value_);
-  const double d = value_ - f;
-  if (d > 0.5 || (d == 0.5 && std::fmod(f, 2.0) != 0.0))
-    value_ = f + 1.0;
-  else if (std::isfinite(f))
-    value_ = f;
+  const double f = std::floor(x);
+  const double d = x - f;
+  if (d > 0.5 || (d == 0.5 && std::fmod(f, 2.0) != 0.0)) return f + 1.0;
+  return std::isfinite(f) ? f : x;
+}
+
+double doublenumber::roundOf(double x) {
+  return host_round(x);
+}
+
+numberrepbody& doublenumber::floor() {
+  value_ = floorOf(value_);
+  return *this;
+}
+numberrepbody& doublenumber::ceil() {
+  value_ = ceilOf(value_);
+  return *this;
+}
+numberrepbody& doublenumber::fix() {
+  value_ = fixOf(value_);
+  return *this;
+}
+numberrepbody& doublenumber::nearest() {
+  value_ = nearestOf(value_);
+  return *this;
+}
+numberrepbody& doublenumber::round() {
+  value_ = roundOf(value_);
+  return *this;
+}
+numberrepbody& doublenumber::convergent() {
+  value_ = convergentOf(value_);
   return *this;
 }
 

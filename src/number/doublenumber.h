@@ -2,6 +2,7 @@
 // at most 52 bits and multiprecision is not forced.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 
 #include "number/numberrepbody.h"
@@ -104,6 +105,18 @@ class doublenumber final : public numberrepbody, public Pooled<doublenumber> {
 
   // The floor-style remainder of two doubles, with the sign of the divisor.
   static double mod(double x, double y);
+
+  // The integer roundings and the power-of-two scaling on plain doubles. The body's
+  // operations are these; bulk paths that work on raw doubles call them too, so both give
+  // the same bits.
+  static double ceilOf(double x) { return std::ceil(x); }
+  static double floorOf(double x) { return std::floor(x); }
+  // Toward zero; a zero result is +0 whatever the sign of the input.
+  static double fixOf(double x) { return std::trunc(x) + 0.0; }
+  static double nearestOf(double x);
+  static double convergentOf(double x);
+  static double roundOf(double x);
+  static double pow2Of(double x, long n);
 
  private:
   double value_;

@@ -1,6 +1,12 @@
 // number: the value layer over numberrephandle, and the process-wide defaults.
 #include "number/number.h"
 
+#include <algorithm>
+#include <cmath>
+
+#include "number/doublenumber.h"
+#include "number/mpnumber.h"
+
 namespace corbel {
 namespace {
 
@@ -117,6 +123,36 @@ number& number::setvalue(const unsigned int* words, int nwords, bool issigned, i
   handle_->setvalue(words, nwords, issigned, wordlength, fractionlength);
   return *this;
 }
+number& number::setvalue(mpz_srcptr integer, long exponent) {
+  const unsigned long bits = mpz_sizeinbase(integer, 2);
+  if (bits <= 52 && !default_force && exponent > -1000 && exponent < 1000) {
+    // Exact: the integer fits the mantissa and the scaling stays in the normal range.
+    *handle_ = numberrephandle(std::ldexp(mpz_get_d(integer), static_cast<int>(exponent)),
+                               std::max(bits, 1UL), false);
+    return *this;
+  }
+  // A fresh body, not yet shared, is written directly and then adopted.
+  numberrephandle h(0.0, std::max({bits, default_precision, 53UL}), true);
+  mpfr_set_z_2exp(static_cast<mpnumber&>(h.getbody()).getmodifiableelement(), integer, exponent,
+                  MPFR_RNDN);
+  *handle_ = h;
+  return *this;
+}
+
+void number::getvalue(mpq_ptr q) const {
+  if (gettype() == numbertype::doublenumber) {
+    mpq_set_d(q, static_cast<const doublenumber&>(body()).getelement());
+    return;
+  }
+  mpz_t z;
+  mpz_init(z);
+  const mpfr_exp_t e = mpfr_get_z_2exp(z, static_cast<const mpnumber&>(body()).getelement());
+  mpq_set_z(q, z);
+  if (e > 0) mpq_mul_2exp(q, q, static_cast<mp_bitcnt_t>(e));
+  if (e < 0) mpq_div_2exp(q, q, static_cast<mp_bitcnt_t>(-e));
+  mpz_clear(z);
+}
+
 number& number::stripscaling(double slope, int exponent, double bias) {
   handle_->stripscaling(slope, exponent, bias);
   return *this;

@@ -68,6 +68,11 @@ class number {
                    double slope, int exponent, double bias);
   number& setvalue(const unsigned int* words, int nwords, bool issigned, int wordlength,
                    int fractionlength);
+  // Exactly integer * 2^exponent, at a precision that holds the integer (a double when it
+  // needs at most 52 bits and multiprecision is not forced by default).
+  number& setvalue(mpz_srcptr integer, long exponent);
+  // The exact value as a rational (finite values only).
+  void getvalue(mpq_ptr q) const;
   // Turns the real-world value into its stored integer.
   virtual number& stripscaling(double slope, int exponent, double bias);
 

@@ -9,6 +9,7 @@
 
 #include "host/messages.h"
 #include "host/services.h"
+#include "number/doublenumber.h"
 #include "types/embedded.h"
 #include "types/numeric_type.h"
 
@@ -395,6 +396,75 @@ number& quantizer::quantizeFloat(number& x, const qlogger& log) const {
   }
   updatestates(x, log);
   return x;
+}
+
+namespace {
+
+template <RoundModeEnum R>
+double roundDouble(double x) {
+  if constexpr (R == RoundModeEnum::Ceil) return doublenumber::ceilOf(x);
+  if constexpr (R == RoundModeEnum::Convergent) return doublenumber::convergentOf(x);
+  if constexpr (R == RoundModeEnum::Fix) return doublenumber::fixOf(x);
+  if constexpr (R == RoundModeEnum::Floor) return doublenumber::floorOf(x);
+  if constexpr (R == RoundModeEnum::Nearest) return doublenumber::nearestOf(x);
+  if constexpr (R == RoundModeEnum::Round) return doublenumber::roundOf(x);
+}
+
+}  // namespace
+
+// The steps of quantizeFixed, saturate, wrap and uwrap on a double body, one for one.
+template <RoundModeEnum R, OverflowModeEnum O, bool Signed>
+void quantizer::quantizeFixedDoubles(double* x, std::size_t n) const {
+  const long f = fractionlength_;
+  const double hi = max_.todouble();
+  const double lo = lowerbound_.todouble();
+  const double w = wraparound_.todouble();
+  for (std::size_t i = 0; i < n; ++i) {
+    double v = x[i];
+    if (v == 0.0) continue;
+    v = doublenumber::pow2Of(roundDouble<R>(doublenumber::pow2Of(v, f)), -f);
+    if constexpr (O == OverflowModeEnum::Saturate) {
+      if (v > hi)
+        v = hi;
+      else if (v < lo)
+        v = lo;
+    } else if (v > hi || v < lo) {
+      v = doublenumber::mod(v, w);
+      if constexpr (Signed) {
+        v += lo;
+        if (v < 0.0)
+          v -= lo;
+        else
+          v += lo;
+      }
+    }
+    x[i] = v;
+  }
+}
+
+bool quantizer::quantizeDoubles(double* x, std::size_t n) const {
+  if (mode_ != Fixed && mode_ != Ufixed) return false;
+  for (const number* bound : {&max_, &lowerbound_, &wraparound_})
+    if (bound->gettype() != numbertype::doublenumber) return false;
+  using Kernel = void (quantizer::*)(double*, std::size_t) const;
+#define CORBEL_KERNEL_ROW(R, S)                                                     \
+  {&quantizer::quantizeFixedDoubles<RoundModeEnum::R, OverflowModeEnum::Saturate, S>, \
+   &quantizer::quantizeFixedDoubles<RoundModeEnum::R, OverflowModeEnum::Wrap, S>}
+  static constexpr Kernel kSigned[][2] = {
+      CORBEL_KERNEL_ROW(Ceil, true),    CORBEL_KERNEL_ROW(Convergent, true),
+      CORBEL_KERNEL_ROW(Fix, true),     CORBEL_KERNEL_ROW(Floor, true),
+      CORBEL_KERNEL_ROW(Nearest, true), CORBEL_KERNEL_ROW(Round, true),
+  };
+  static constexpr Kernel kUnsigned[][2] = {
+      CORBEL_KERNEL_ROW(Ceil, false),    CORBEL_KERNEL_ROW(Convergent, false),
+      CORBEL_KERNEL_ROW(Fix, false),     CORBEL_KERNEL_ROW(Floor, false),
+      CORBEL_KERNEL_ROW(Nearest, false), CORBEL_KERNEL_ROW(Round, false),
+  };
+#undef CORBEL_KERNEL_ROW
+  const auto r = static_cast<int>(roundmode_);
+  const auto o = static_cast<int>(overflowmode_);
+  (this->*(mode_ == Fixed ? kSigned : kUnsigned)[r][o])(x, n);
+  return true;
 }
 
 number& quantizer::quantizeDouble(number& x, const qlogger& log) const {

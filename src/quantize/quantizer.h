@@ -3,6 +3,7 @@
 // handling overflow as set, and reporting each value into a qlogger.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -49,6 +50,12 @@ class quantizer {
   number& quantize(number& x, const qlogger& log) const {
     return (this->*routine_)(x, log);
   }
+
+  // Quantizes n doubles in place exactly as quantize does on double-backed numbers, for
+  // the fixed modes whose bounds are doubles (word lengths up to 52). The hooks are not
+  // called, so this serves quantization that keeps no log. Returns false, changing
+  // nothing, when the settings don't qualify.
+  bool quantizeDoubles(double* x, std::size_t n) const;
 
   virtual void disp() const;
   // The host types of the modes: all nine ("quantizer Mode"), and the three a fi offers
@@ -172,6 +179,8 @@ class quantizer {
   template <RoundModeEnum R>
   number& quantizeFloat(number& x, const qlogger& log) const;
   number& quantizeDouble(number& x, const qlogger& log) const;
+  template <RoundModeEnum R, OverflowModeEnum O, bool Signed>
+  void quantizeFixedDoubles(double* x, std::size_t n) const;
   number& quantizeNone(number& x, const qlogger& log) const;
   number& quantizeScaledDouble(number& x, const qlogger& log) const;
   number& quantizeBoolean(number& x, const qlogger& log) const;
