@@ -1,6 +1,9 @@
 // The in-process host and the active-host slot.
 #include "host/inprocess_host.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <utility>
 
 #include "host/dispatcher.h"
@@ -39,6 +42,27 @@ std::string value_choices(const XoDataType& type) {
   return s + " ]";
 }
 
+// One part of a matrix element: the text of its magnitude and whether a minus goes first.
+struct PrintedPart {
+  std::string magnitude;
+  bool negative = false;
+};
+
+PrintedPart print_part(double v, bool whole) {
+  if (std::isnan(v)) return {"NaN", false};
+  if (std::isinf(v)) return {"Inf", v < 0};
+  char buf[64];
+  std::snprintf(buf, sizeof buf, whole ? "%.0f" : "%.4f", std::fabs(v));
+  PrintedPart part{buf, false};
+  // A value that prints as zero carries no minus sign.
+  part.negative = v < 0 && part.magnitude.find_first_of("123456789") != std::string::npos;
+  return part;
+}
+
+std::string pad_left(const std::string& s, std::size_t width) {
+  return std::string(width > s.size() ? width - s.size() : 0, ' ') + s;
+}
+
 }  // namespace
 
 HostServices& host_services() {
@@ -68,6 +92,46 @@ InProcessHost::InProcessHost(std::FILE* echo, bool record) : echo_(echo), record
 void InProcessHost::print(std::string_view text) {
   if (echo_) std::fwrite(text.data(), 1, text.size(), echo_);
   if (record_) console_.append(text);
+}
+
+void InProcessHost::print_matrix(const HostArray& values) {
+  const std::size_t n = values.numel();
+  if (n == 0) return;
+  const bool complex = values.is_complex();
+  bool whole = true;
+  for (std::size_t k = 0; k < n && whole; ++k) {
+    for (double v : {values.real_as_double(k), values.imag_as_double(k)}) {
+      if (std::isfinite(v) && (v != std::floor(v) || std::fabs(v) >= 1e10)) whole = false;
+    }
+  }
+  std::vector<PrintedPart> re(n), im(complex ? n : 0);
+  std::size_t reWidth = 0, imWidth = 0;
+  for (std::size_t k = 0; k < n; ++k) {
+    re[k] = print_part(values.real_as_double(k), whole);
+    reWidth = std::max(reWidth, re[k].magnitude.size());
+    if (complex) {
+      im[k] = print_part(values.imag_as_double(k), whole);
+      imWidth = std::max(imWidth, im[k].magnitude.size());
+    }
+  }
+  // Extra dimensions become further columns: element (r, c) is at r + c * rows.
+  const std::size_t rows = values.rows();
+  const std::size_t cols = n / rows;
+  std::string out;
+  for (std::size_t r = 0; r < rows; ++r) {
+    for (std::size_t c = 0; c < cols; ++c) {
+      const std::size_t k = r + c * rows;
+      out += "  ";
+      out += pad_left((re[k].negative ? "-" : "") + re[k].magnitude, reWidth + 1);
+      if (complex) {
+        out += im[k].negative ? " - " : " + ";
+        out += pad_left(im[k].magnitude, imWidth);
+        out += 'i';
+      }
+    }
+    out += '\n';
+  }
+  print(out);
 }
 
 void InProcessHost::warning(std::string_view identifier, std::string_view text) {

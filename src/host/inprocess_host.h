@@ -33,6 +33,19 @@ class InProcessHost : public HostServices {
   InProcessHost& operator=(const InProcessHost&) = delete;
 
   void print(std::string_view text) override;
+  // The compact matrix form, written through print():
+  //   - one line per row, each ending in "\n"; dimensions beyond the second are laid side
+  //     by side as further columns; an empty array prints nothing;
+  //   - when every real and imaginary part is a whole number below 1e10 in magnitude the
+  //     values print without decimals, otherwise every value prints as "%.4f"; a value
+  //     that rounds to zero prints without a minus sign; non-finite values print as "Inf",
+  //     "-Inf" and "NaN" and do not stop the whole-number form;
+  //   - every column is right-aligned in a common width: two spaces, one place for the
+  //     sign, then the widest unsigned real part; a complex element adds " + " or " - ",
+  //     the magnitude of its imaginary part right-aligned in the widest such width, and "i".
+  //   [1.5 -2; 0.25 3] prints "   1.5000  -2.0000\n   0.2500   3.0000\n";
+  //   [1+2i 3-4i] prints "   1 + 2i   3 - 4i\n".
+  void print_matrix(const HostArray& values) override;
   void warning(std::string_view identifier, std::string_view text) override;
 
   // Return what was recorded since the last call and forget it.

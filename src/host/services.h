@@ -21,6 +21,10 @@ class HostServices {
   // Writes text to the host's console as it is (no newline is added).
   virtual void print(std::string_view text) = 0;
 
+  // Prints a real or complex double matrix in the host's compact style, without a
+  // variable name.
+  virtual void print_matrix(const HostArray& values) = 0;
+
   // Issues a warning with a message identifier; execution continues.
   virtual void warning(std::string_view identifier, std::string_view text) = 0;
 

@@ -1,0 +1,166 @@
+// fi: the types of sums, products, matrix-product accumulators and the two-term sums of
+// complex products, worked out from the operands' types and the left operand's fimath.
+#include <cmath>
+#include <string>
+
+#include "fi/fi.h"
+#include "host/messages.h"
+
+namespace corbel {
+namespace {
+
+// What a rule works out for a Fixed or ScaledDouble result.
+struct FixedProps {
+  bool issigned;
+  int wordLength;
+  int fixedExponent;
+  double slopeAdjustmentFactor = 1.0;
+  double bias = 0.0;
+};
+
+// The checks every rule opens with, then the result's data type: a ScaledDouble right
+// operand makes the result ScaledDouble, otherwise it has the left operand's data type.
+DataTypeEnum openRule(const fi& a, const fi& b) {
+  fi::errorIfBooleanMath(a);
+  fi::errorIfBooleanMath(b);
+  fi::errorIfMixedMath(a, b);
+  if (a.isFixed() && b.isFixed()) fi::errorIfFimathMismatch(a, b);
+  return fi::getDataTypeForMathOp(a, b);
+}
+
+// Fills the cache (created on first use) with the data type and, for a scaled result, the
+// fixed-point properties that `props` computes. A rule that raises leaves the cache with
+// the new data type and its previous fixed-point properties.
+template <class Props>
+const NumericType& fillCache(std::unique_ptr<NumericType>& cache, DataTypeEnum dataType,
+                             Props props) {
+  if (!cache) cache = std::make_unique<NumericType>();
+  cache->setDataType(dataType);
+  if (dataType != DataTypeEnum::Fixed && dataType != DataTypeEnum::ScaledDouble) return *cache;
+  const FixedProps p = props();
+  cache->setFixedPointProps(p.issigned, p.wordLength, p.slopeAdjustmentFactor, p.fixedExponent,
+                            p.bias);
+  return *cache;
+}
+
+// Only SpecifyPrecision can give a slope-bias result its factor and bias.
+void refuseSlopeBias(bool slopeBias, const char* which, ArithmeticModeEnum mode) {
+  if (slopeBias && mode != ArithmeticModeEnum::SpecifyPrecision)
+    raise(Msg::FiMathModeSlopeBias, which, std::string(*enum_to_string(mode)).c_str());
+}
+
+// ceil(log2(n)) as the accumulator's growth in bits; 0 for a single term.
+int growthBits(int n) {
+  return n <= 1 ? 0 : static_cast<int>(std::ceil(std::log2(static_cast<double>(n))));
+}
+
+// A sum's type given its full-precision width, its exponent under KeepLSB and under
+// KeepMSB; FullPrecision is refused beyond the fimath's maximum.
+FixedProps sumProps(const fimath& m, bool issigned, int fullWidth, int lsbExponent,
+                    int msbExponent, bool slopeBias) {
+  switch (m.getSumMode()) {
+    case ArithmeticModeEnum::FullPrecision:
+      if (m.getMaxSumWordLength() < fullWidth)
+        raise(Msg::FiMaxSumWordLengthExceeded, m.getMaxSumWordLength(), fullWidth);
+      return {issigned, fullWidth, lsbExponent};
+    case ArithmeticModeEnum::KeepLSB:
+      return {issigned, m.getSumWordLength(), lsbExponent};
+    case ArithmeticModeEnum::KeepMSB:
+      return {issigned, m.getSumWordLength(), msbExponent};
+    case ArithmeticModeEnum::SpecifyPrecision:
+      break;
+  }
+  FixedProps p{issigned, m.getSumWordLength(), m.getSumFixedExponent()};
+  if (slopeBias) {
+    p.slopeAdjustmentFactor = m.getSumSlopeAdjustmentFactor();
+    p.bias = m.getSumBias();
+  }
+  return p;
+}
+
+}  // namespace
+
+DataTypeEnum fi::getDataTypeForMathOp(const fi& a, const fi& b) {
+  return b.isScaledDouble() ? DataTypeEnum::ScaledDouble : a.getNumericType().getDataType();
+}
+
+const NumericType& fi::getNumericTypeForAddOp(const fi& b) const {
+  const fi& a = *this;
+  const DataTypeEnum dataType = openRule(a, b);
+  const bool slopeBias =
+      a.isSlopeBiasScaled() || b.isSlopeBiasScaled() || math_.isSumSlopeBiasScaled();
+  return fillCache(sumTypeCache_, dataType, [&] {
+    refuseSlopeBias(slopeBias, "Sum", math_.getSumMode());
+    const int fa = -a.type_.getFixedExponent();
+    const int fb = -b.type_.getFixedExponent();
+    const int I = std::max(a.getWordLength() - fa, b.getWordLength() - fb);
+    const int F = std::max(fa, fb);
+    const bool issigned = a.getSigned() || b.getSigned();
+    return sumProps(math_, issigned, I + 1 + F, -F, I - math_.getSumWordLength() + 1, slopeBias);
+  });
+}
+
+const NumericType& fi::getProductTypeForMpyOp(const fi& b) const {
+  const fi& a = *this;
+  const DataTypeEnum dataType = openRule(a, b);
+  const bool slopeBias =
+      a.isSlopeBiasScaled() || b.isSlopeBiasScaled() || math_.isProductSlopeBiasScaled();
+  return fillCache(productTypeCache_, dataType, [&] {
+    refuseSlopeBias(slopeBias, "Product", math_.getProductMode());
+    const int wa = a.getWordLength();
+    const int wb = b.getWordLength();
+    const int fa = -a.type_.getFixedExponent();
+    const int fb = -b.type_.getFixedExponent();
+    const bool issigned = a.getSigned() || b.getSigned();
+    const int W = math_.getProductWordLength();
+    switch (math_.getProductMode()) {
+      case ArithmeticModeEnum::FullPrecision:
+        if (math_.getMaxProductWordLength() < wa + wb)
+          raise(Msg::FiMaxProductWordLengthExceeded, math_.getMaxProductWordLength(), wa + wb);
+        return FixedProps{issigned, wa + wb, -(fa + fb)};
+      case ArithmeticModeEnum::KeepLSB:
+        return FixedProps{issigned, W, -(fa + fb)};
+      case ArithmeticModeEnum::KeepMSB:
+        return FixedProps{issigned, W, wa + wb - W - fa - fb};
+      case ArithmeticModeEnum::SpecifyPrecision:
+        break;
+    }
+    FixedProps p{issigned, W, math_.getProductFixedExponent()};
+    if (slopeBias) {
+      p.slopeAdjustmentFactor = math_.getProductSlopeAdjustmentFactor();
+      p.bias = math_.getProductBias();
+    }
+    return p;
+  });
+}
+
+const NumericType& fi::getSumNumericTypeForMatrixMultiply(const fi& b, const NumericType& P) const {
+  const fi& a = *this;
+  const DataTypeEnum dataType = openRule(a, b);
+  // The accumulator's slope-bias test looks at the product settings, as the product does.
+  const bool slopeBias =
+      a.isSlopeBiasScaled() || b.isSlopeBiasScaled() || math_.isProductSlopeBiasScaled();
+  return fillCache(sumTypeCache_, dataType, [&] {
+    refuseSlopeBias(slopeBias, "Sum", math_.getSumMode());
+    // Terms summed per result element; the real part of a complex product is itself a
+    // two-term sum.
+    const int n = getN() + (a.iscomplex() && b.iscomplex() ? 1 : 0);
+    const int G = growthBits(n);
+    const int wP = P.getWordLength();
+    const int eP = P.getFixedExponent();
+    return sumProps(math_, P.getSigned(), wP + G, eP, G + wP - math_.getSumWordLength() + eP,
+                    slopeBias);
+  });
+}
+
+const NumericType& fi::getSumTypeForMpyOp(const fi& b, const NumericType& P) const {
+  const DataTypeEnum dataType = openRule(*this, b);
+  return fillCache(sumTypeCache_, dataType, [&] {
+    const int wP = P.getWordLength();
+    const int eP = P.getFixedExponent();
+    return sumProps(math_, P.getSigned(), wP + 1, eP, wP - math_.getSumWordLength() + eP + 1,
+                    false);
+  });
+}
+
+}  // namespace corbel
