@@ -75,9 +75,16 @@ class fi {
 
   int getIndex() const { return index_; }
   const number& real(int i) const { return realData_[i]; }
-  const number& imag(int i) const { return isreal_ ? zeroNumber() : (*imagSlot_)[i]; }
+  // An alias that still answers complex after its root dropped an all-zero imaginary
+  // array reads zeros, and a write through it brings back a zero array for every sharer.
+  const number& imag(int i) const {
+    return isreal_ || *imagSlot_ == nullptr ? zeroNumber() : (*imagSlot_)[i];
+  }
   number& realRef(int i) { return realData_[i]; }
-  number& imagRef(int i) { return (*imagSlot_)[i]; }
+  number& imagRef(int i) {
+    if (*imagSlot_ == nullptr) *imagSlot_ = new number[static_cast<size_t>(numel_)];
+    return (*imagSlot_)[i];
+  }
   const number& real() const { return real(index_); }
   const number& imag() const { return imag(index_); }
   double realdouble(int i) const { return real(i).todouble(); }
@@ -198,6 +205,13 @@ class fi {
   // element, quantized by this object's assignment quantizer.
   fi& operator=(const fi& b);
 
+  // Whole-array sums and products of double-backed binary-point arrays, bit for bit what
+  // the element operators give, for a result type T (P) whose register is initialized;
+  // null when the operands or the settings do not qualify. plus, minus and times try
+  // these first.
+  std::unique_ptr<fi> bulkSum(const fi& b, const NumericType& T, bool subtract) const;
+  std::unique_ptr<fi> bulkProduct(const fi& b, const NumericType& P) const;
+
   void initializeSumRegister(const NumericType& T, const fimath& m) const;
   void initializeSumRegister(const fimath& m) const;
   void initializeSumRegister(const fi& other) const;
@@ -224,29 +238,50 @@ class fi {
   const fi* getBForSlopeBiasTimes() const { return bForTimes_; }
 
   // ---- Logging and display (fi_logging.cpp) ---------------------------------------------
+  // The class-wide switch between logging and plain quantization; off at start.
   static bool getLogging();
   static void setLogging(bool on);
+  // The class-wide logs of assignments, sums and products.
   static const qlogger& getAssignlog();
   static const qlogger& getSumlog();
   static const qlogger& getProductlog();
   static const number& getZeroNumber() { return zeroNumber(); }
+  // Resets this object's log and the logs of whichever registers exist (the sum register,
+  // the product register and the product register's own sum register).
   void resetLogging() const;
+  // Prints the six global counts, or nothing with logging off.
   static void displayGlobalLog();
+  // Resets the three global logs; does nothing with logging off.
   static void resetGlobalLog();
+  // Warns about the overflows and underflows of an assignment not yet reported in `log`,
+  // and marks them reported. Callers decide whether logging is on.
   void displaySubsasgnLogging(const qlogger& log) const;
   // Moves the new counts of a register's log into the global log and the result's log
   // and warns about them (only with logging on).
   static void reportOperation(const qlogger& registerLog, const qlogger& globalLog,
                               const qlogger& resultLog, int noperations, int nmathoperations,
                               const char* name);
-  int getNoverflows() const { return filog_.getNoverflows(); }
-  int getNunderflows() const { return filog_.getNunderflows(); }
-  int getNoperations() const { return filog_.getNoperations(); }
-  int getNmathoperations() const { return filog_.getNMathoperations(); }
+  // "<count> <what> <kind>[s] occurred in the fi <operation> operation." under the given
+  // identifier; nothing for a count of 0 or less.
+  static void warnQuantizationEvent(const char* identifier, int count, const char* what,
+                                    const char* kind, const char* operation);
+  // Read through getfilog(), so that a reference reports the log it stands for.
+  int getNoverflows() const { return getfilog().getNoverflows(); }
+  int getNunderflows() const { return getfilog().getNunderflows(); }
+  int getNoperations() const { return getfilog().getNoperations(); }
+  int getNmathoperations() const { return getfilog().getNMathoperations(); }
+  // The logged extremes as real-world values.
   double getMaxLogAsRealWorldValue() const;
   double getMinLogAsRealWorldValue() const;
+  // Whether logging is on, and whether this object's log holds anything since its reset.
+  enum class LoggingState { OffLogged, OffNothingLogged, OnLogged, OnNothingLogged };
+  LoggingState loggingState() const;
+  // For a method that reads a logged extreme: warns, under an identifier naming `method`,
+  // unless logging is on and something was logged; returns whether a value is to be given.
+  bool reportLoggingState(const char* method) const;
   // The real-world values as a host double array (complex when this is).
   HostArray toHostDouble() const;
+  // The values in the host's compact form, then the numeric type and the fimath.
   void disp() const;
 
  protected:
@@ -267,6 +302,9 @@ class fi {
   template <class Op>
   std::unique_ptr<fi> elementwise(const fi& b, const NumericType& T, Op op) const;
   const fi& sumOrDifference(const fi& b, bool subtract) const;
+  // Stores an exact real-world value into an element of this object, rounded once by its
+  // assignment quantizer.
+  void storeRealWorld(number& element, mpq_srcptr value) const;
 
   // What a fi and its aliases share: the sharer count and the imaginary data (null while
   // real), so that every sharer sees the data become complex and the last one frees it.

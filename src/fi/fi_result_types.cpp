@@ -56,8 +56,8 @@ int growthBits(int n) {
 
 // A sum's type given its full-precision width, its exponent under KeepLSB and under
 // KeepMSB; FullPrecision is refused beyond the fimath's maximum.
-FixedProps sumProps(const fimath& m, bool issigned, int fullWidth, int lsbExponent,
-                    int msbExponent, bool slopeBias) {
+FixedProps sumProps(const fimath& m, bool issigned, int fullWidth, int lsbExponent, int msbExponent,
+                    bool slopeBias) {
   switch (m.getSumMode()) {
     case ArithmeticModeEnum::FullPrecision:
       if (m.getMaxSumWordLength() < fullWidth)

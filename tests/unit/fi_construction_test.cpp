@@ -1,0 +1,526 @@
+// fi construction, copies and aliases, shape queries, type setters and the operand checks
+// of the arithmetic.
+#include <gmp.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "fi/fi.h"
+#include "host/host_error.h"
+#include "host/inprocess_host.h"
+
+namespace corbel {
+namespace {
+
+using Warnings = std::vector<InProcessHost::Warning>;
+using Mode = DataTypeModeEnum;
+
+template <class F>
+void expect_error(F f, const std::string& id, const std::string& text) {
+  try {
+    f();
+    ADD_FAILURE() << "no error, expected " << id;
+  } catch (const HostError& e) {
+    EXPECT_EQ(e.identifier(), id);
+    EXPECT_EQ(e.text(), text);
+  }
+}
+
+// The exact value of a number as a decimal rational.
+std::string exact(const number& x) {
+  mpq_t q;
+  mpq_init(q);
+  x.getvalue(q);
+  char* s = mpq_get_str(nullptr, 10, q);
+  std::string out(s);
+  void (*release)(void*, size_t);
+  mp_get_memory_functions(nullptr, nullptr, &release);
+  release(s, out.size() + 1);
+  mpq_clear(q);
+  return out;
+}
+
+std::vector<double> reals(const fi& x) {
+  std::vector<double> v;
+  for (int i = 0; i < x.numel(); ++i) v.push_back(x.realdouble(i));
+  return v;
+}
+
+fimath math(RoundModeEnum r, OverflowModeEnum o) {
+  fimath m;
+  m.setRoundMode(r);
+  m.setOverflowMode(o);
+  return m;
+}
+
+NumericType of_mode(Mode mode, double saf = 1.0, int fe = 0, double bias = 0.0) {
+  return NumericType(mode, true, 16, saf, fe, bias);
+}
+
+// Aliases are made only by the reference classes; this one exposes the constructor.
+struct AliasOf : fi {
+  explicit AliasOf(const fi& root) : fi(root, fi::Alias) {}
+};
+
+// Constructors set the process-wide default precision; each test puts it back.
+class FiConstruction : public ::testing::Test {
+ protected:
+  void TearDown() override { number::setDefaultPrecision(precision_, force_); }
+
+  InProcessHost host;
+  ScopedHost scope{host};
+  unsigned long precision_ = number::getDefaultPrecision();
+  bool force_ = number::getDefaultForceMultiplePrecision();
+};
+
+TEST_F(FiConstruction, DefaultIsRealZeroSigned16Fraction15) {
+  fi x;
+  EXPECT_EQ(x.numel(), 1);
+  EXPECT_EQ(x.ndims(), 2);
+  EXPECT_TRUE(x.isreal() && !x.iscomplex());
+  EXPECT_TRUE(x.real(0).iszero() && x.imag(0).iszero());
+  EXPECT_EQ(x.getNumericType().getDataTypeMode(), Mode::FixedBinaryPoint);
+  EXPECT_TRUE(x.getSigned());
+  EXPECT_EQ(x.getWordLength(), 16);
+  EXPECT_EQ(x.getFractionLength(), 15);
+  EXPECT_TRUE(x.getFimath().isequal(fimath()));
+  EXPECT_EQ(x.getAssignmentQuantizer().getWordlength(), 16);
+  EXPECT_EQ(x.getAssignmentQuantizer().getFractionlength(), 15);
+}
+
+TEST_F(FiConstruction, ScalarIsQuantizedWithTheFimathModes) {
+  using R = RoundModeEnum;
+  using O = OverflowModeEnum;
+  struct Case {
+    double v;
+    bool s;
+    int w, f;
+    R r;
+    O o;
+    double expected;
+  } cases[] = {
+      {0.3, true, 8, 4, R::Nearest, O::Saturate, 0.3125},
+      {0.3, true, 8, 4, R::Floor, O::Wrap, 0.25},
+      {0.03125, true, 8, 4, R::Nearest, O::Saturate, 0.0625},  // a tie goes up
+      {-0.03125, true, 8, 4, R::Nearest, O::Saturate, 0.0},
+      {0.09375, true, 8, 4, R::Convergent, O::Saturate, 0.125},
+      {10.0, true, 8, 4, R::Nearest, O::Saturate, 127.0 / 16},
+      {-10.0, true, 8, 4, R::Nearest, O::Saturate, -8.0},
+      {10.0, true, 8, 4, R::Floor, O::Wrap, -6.0},  // 160 wraps to -96
+      {-1.0, false, 8, 0, R::Floor, O::Wrap, 255.0},
+      {-1.0, false, 8, 0, R::Nearest, O::Saturate, 0.0},
+      {1000.0, true, 8, -4, R::Nearest, O::Saturate, 1008.0},  // grid of 16
+  };
+  for (const Case& c : cases) {
+    fi x(c.v, c.s, c.w, c.f, math(c.r, c.o));
+    EXPECT_EQ(x.realdouble(0), c.expected) << c.v << " w" << c.w << " f" << c.f;
+    fi y(c.v, NumericType(c.s, c.w, c.f), math(c.r, c.o));
+    EXPECT_EQ(y.realdouble(0), c.expected);
+  }
+}
+
+TEST_F(FiConstruction, SlopeBiasValuesAreStoredWithoutSlopeAndBias) {
+  // (10 - 5) / 1.2 = 4.1667 lies on the 2^-2 grid at 4.25.
+  fi x(10.0, of_mode(Mode::FixedSlopeBias, 1.2, -2, 5.0), fimath());
+  EXPECT_EQ(x.realdouble(0), 4.25);
+  EXPECT_DOUBLE_EQ(x.addSlopeAdjustmentFactorBias(x.realdouble(0)), 10.1);
+  // (1/1.1) * 1.5125 is exactly the tie 1.375 and rounds up; 1.5125 / 1.1 falls just short
+  // of it and would round down to 1.25.
+  fi tie(1.5125, of_mode(Mode::FixedSlopeBias, 1.1, -2, 0.0), fimath());
+  EXPECT_EQ(tie.realdouble(0), 1.5);
+}
+
+TEST_F(FiConstruction, NaNAndInfinityAreRefusedByType) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double inf = std::numeric_limits<double>::infinity();
+  const int dims[] = {1, 3};
+  const double values[] = {0.5, 0.25, nan};
+  const NumericType dbl = of_mode(Mode::Double);
+  const std::string nanText = "NaN is not allowed in FI.";
+  expect_error([&] { fi x(nan, NumericType(), fimath()); }, "velkora:fi:nonan", nanText);
+  expect_error([&] { fi x(nan, dbl, fimath()); }, "velkora:fi:nonan", nanText);
+  expect_error([&] { fi x(values, nullptr, dims, 2, NumericType(), fimath()); }, "velkora:fi:nonan",
+               nanText);
+  expect_error([&] { fi x(values, values, dims, 2, NumericType(), fimath()); }, "velkora:fi:nonan",
+               nanText);
+  expect_error([&] { fi x(0.5, nan, true, dims, 2, NumericType(), fimath()); }, "velkora:fi:nonan",
+               nanText);
+  expect_error([&] { fi x(-inf, NumericType(), fimath()); }, "velkora:nofixedinf",
+               "Inf cannot be converted to fixed-point.");
+  expect_error([&] { fi x(inf, of_mode(Mode::ScaledDoubleBinaryPoint), fimath()); },
+               "velkora:nofixedinf", "Inf cannot be converted to scaled double.");
+  fi d(-inf, dbl, fimath());
+  EXPECT_EQ(d.realdouble(0), -inf);
+}
+
+TEST_F(FiConstruction, HostArraysOfEveryNumericClass) {
+  HostArray c = HostArray::make_numeric(HostClass::Double, {2, 3}, Complexity::Complex);
+  for (int i = 0; i < 6; ++i) {
+    c.real<double>()[i] = 0.1 * i;
+    c.imag<double>()[i] = -0.3 * i;
+  }
+  fi x(c, NumericType(true, 16, 8), fimath());
+  EXPECT_EQ(x.getM(), 2);
+  EXPECT_EQ(x.getN(), 3);
+  EXPECT_TRUE(x.iscomplex());
+  EXPECT_EQ(x.realdouble(3), std::round(0.3 * 256) / 256);
+  EXPECT_EQ(x.imagdouble(5), std::round(-1.5 * 256) / 256);
+
+  HostArray s = HostArray::make_numeric(HostClass::Single, {1, 2});
+  s.real<float>()[1] = 0.1f;
+  fi xs(s, NumericType(true, 40, 38), fimath());
+  EXPECT_EQ(xs.realdouble(1), static_cast<double>(0.1f));  // the single's own value, exactly
+
+  HostArray i8 = HostArray::make_numeric(HostClass::Int8, {2, 1, 2});
+  const std::int8_t v8[] = {-128, 127, -3, 5};
+  std::copy(v8, v8 + 4, i8.real<std::int8_t>());
+  fi x8(i8, NumericType(true, 8, 0), fimath());
+  EXPECT_EQ(x8.ndims(), 3);
+  EXPECT_EQ(x8.getDimension(3), 2);
+  EXPECT_EQ(reals(x8), (std::vector<double>{-128, 127, -3, 5}));
+
+  HostArray u16 = HostArray::make_numeric(HostClass::UInt16, {1, 2}, Complexity::Complex);
+  u16.real<std::uint16_t>()[0] = 65535;
+  u16.imag<std::uint16_t>()[1] = 300;
+  fi x16(u16, NumericType(false, 8, 0), fimath());  // saturates into 8 bits
+  EXPECT_EQ(x16.realdouble(0), 255.0);
+  EXPECT_EQ(x16.imagdouble(1), 255.0);
+  EXPECT_EQ(x16.imagdouble(0), 0.0);
+
+  expect_error(
+      [] {
+        fi x(HostArray::make_numeric(HostClass::Int64, {1, 1}), NumericType(), fimath());
+      },
+      "velkora:fi:constructor:int64", "Conversion from int64 not supported in FI constructor.");
+  expect_error(
+      [] {
+        fi x(HostArray::make_numeric(HostClass::UInt64, {1, 1}), NumericType(), fimath());
+      },
+      "velkora:fi:constructor:uint64", "Conversion from uint64 not supported in FI constructor.");
+  for (const HostArray& h : {HostArray::make_text("ab"), HostArray(HostClass::Cell, {1, 1})})
+    expect_error([&] { fi x(h, NumericType(), fimath()); }, "velkora:fi:constructor:numeric",
+                 "FI constructor only valid for numeric data");
+}
+
+TEST_F(FiConstruction, WideWordLengthsKeepExactValues) {
+  const fimath floorWrap = math(RoundModeEnum::Floor, OverflowModeEnum::Wrap);
+  EXPECT_EQ(exact(fi(1e30, true, 80, 0, fimath()).real(0)), "604462909807314587353087");
+  EXPECT_EQ(exact(fi(-1.0, false, 80, 0, floorWrap).real(0)), "1208925819614629174706175");
+  // 0.1 as a double needs 56 fraction bits: kept whole at fraction length 78.
+  EXPECT_EQ(exact(fi(0.1, true, 80, 78, fimath()).real(0)), exact(number(0.1)));
+  const int dims[] = {1, 1};
+  fi c(0.0, -1.0, true, dims, 2, NumericType(false, 80, 0), floorWrap);
+  EXPECT_EQ(exact(c.imag(0)), "1208925819614629174706175");
+}
+
+TEST_F(FiConstruction, WholeCopyIsIndependentOfItsSource) {
+  const double re[] = {0.5, -0.25, 0.125, 0.75};
+  const double im[] = {0.0, 0.5, -0.5, 0.25};
+  const int dims[] = {2, 2};
+  fi a(re, im, dims, 2, NumericType(true, 8, 6), fimath());
+  fi b(a, fi::WholeCopy);
+  EXPECT_TRUE(b.isSameSize(a) && b.iscomplex());
+  EXPECT_EQ(reals(b), reals(a));
+  EXPECT_EQ(b.imagdouble(2), -0.5);
+  b.realRef(0).setvalue(0.0);
+  b.imagRef(1).setvalue(0.0);
+  b.setFractionLength(2);  // re-quantizes the copy's elements in place
+  EXPECT_EQ(reals(b), (std::vector<double>{0.0, -0.25, 0.25, 0.75}));
+  EXPECT_EQ(reals(a), (std::vector<double>{0.5, -0.25, 0.125, 0.75}));
+  EXPECT_EQ(a.imagdouble(1), 0.5);
+  EXPECT_EQ(a.imagdouble(3), 0.25);
+  EXPECT_EQ(a.getFractionLength(), 6);
+}
+
+TEST_F(FiConstruction, WholeCopyCarriesTheLog) {
+  fi::setLogging(true);
+  fi a(5.0, NumericType(true, 8, 6), fimath());  // saturates
+  fi::setLogging(false);
+  fi b(a, fi::WholeCopy);
+  EXPECT_EQ(a.getNoverflows(), 1);
+  EXPECT_EQ(b.getNoverflows(), 1);
+}
+
+TEST_F(FiConstruction, WholeCopyCarriesItsOwnRegisters) {
+  fi a(0.5, NumericType(), fimath());
+  a.initializeSumRegister(NumericType(true, 32, 30), fimath());
+  a.initializeProductRegister(NumericType(true, 40, 30), NumericType(true, 24, 20), fimath());
+  fi b(a, fi::WholeCopy);
+  ASSERT_TRUE(b.isSumRegisterInitialized() && b.isProductRegisterInitialized());
+  EXPECT_NE(&b.getSumRegister(), &a.getSumRegister());
+  EXPECT_NE(&b.getProductRegister(), &a.getProductRegister());
+  EXPECT_EQ(b.getSumRegister().getWordLength(), 32);
+  EXPECT_EQ(b.getProductRegister().getWordLength(), 24);
+  EXPECT_EQ(b.getproductregsumfilog().getNoperations(), 0);
+  fi e(a, fi::CurrentElement);
+  EXPECT_FALSE(e.isSumRegisterInitialized() || e.isProductRegisterInitialized());
+}
+
+TEST_F(FiConstruction, CurrentElementCopyIsOneByOne) {
+  const double re[] = {1, 2, 3, 4, 5, 6, 7, 8};
+  const double im[] = {-1, -2, -3, -4, -5, -6, -7, -8};
+  const int dims[] = {2, 2, 2};
+  fi a(re, im, dims, 3, NumericType(true, 8, 2), fimath());
+  a(1, 3);  // the second row of the fourth column: linear index 7
+  fi b(a, fi::CurrentElement);
+  EXPECT_TRUE(b.isscalar() && b.iscomplex());
+  EXPECT_EQ(b.getM(), 1);
+  EXPECT_EQ(b.getN(), 1);
+  EXPECT_EQ(b.realdouble(0), 8.0);
+  EXPECT_EQ(b.imagdouble(0), -8.0);
+  EXPECT_TRUE(b.getNumericType().isequal(a.getNumericType()));
+  fi r(3, 1, NumericType(), fimath(), false);
+  r.setIndex(2);
+  EXPECT_TRUE(fi(r, fi::CurrentElement).isreal());
+}
+
+TEST_F(FiConstruction, AliasSharesDataWithItsRoot) {
+  const double re[] = {0.5, 0.25, -0.5};
+  const int dims[] = {1, 3};
+  auto root = std::make_unique<fi>(re, nullptr, dims, 2, NumericType(), fimath());
+  root->setIndex(2);
+  auto alias = std::make_unique<AliasOf>(*root);
+  EXPECT_EQ(alias->getIndex(), 2);
+  EXPECT_EQ(alias->real().todouble(), -0.5);
+  EXPECT_TRUE(alias->isSameSize(*root));
+  root->realRef(1).setvalue(0.75);
+  EXPECT_EQ(alias->realdouble(1), 0.75);
+  // The root becomes complex; the alias, told to follow, finds the root's imaginary data.
+  root->coordinateComplexity(true);
+  root->imagRef(2).setvalue(0.125);
+  alias->coordinateComplexity(true);
+  EXPECT_TRUE(alias->iscomplex());
+  EXPECT_EQ(alias->imagdouble(2), 0.125);
+  alias->imagRef(0).setvalue(-0.25);
+  EXPECT_EQ(root->imagdouble(0), -0.25);
+
+  root.reset();  // the root goes first: the data live on in the alias
+  EXPECT_EQ(reals(*alias), (std::vector<double>{0.5, 0.75, -0.5}));
+  EXPECT_EQ(alias->imagdouble(2), 0.125);
+  alias.reset();
+
+  // The alias goes first; a root that drops its zero imaginary part while an alias still
+  // reads it as complex leaves the alias a zero array.
+  fi other(re, nullptr, dims, 2, NumericType(), fimath());
+  other.coordinateComplexity(true);
+  {
+    AliasOf a(other);
+    a.coordinateComplexity(true);
+    other.freeImagIfZero();
+    EXPECT_TRUE(other.isreal());
+    EXPECT_TRUE(a.iscomplex() && a.imag(2).iszero());
+  }
+  EXPECT_EQ(reals(other), (std::vector<double>{0.5, 0.25, -0.5}));
+  other.coordinateComplexity(true);
+  EXPECT_TRUE(other.imag(0).iszero());
+}
+
+TEST_F(FiConstruction, ResizeAndZeroRemakesTheObject) {
+  fi x(0.5, NumericType(), fimath());
+  AliasOf alias(x);
+  const int dims[] = {2, 3, 4};
+  const fimath floorWrap = math(RoundModeEnum::Floor, OverflowModeEnum::Wrap);
+  x.resizeAndZero(dims, 3, NumericType(false, 8, 2), floorWrap, true);
+  EXPECT_EQ(x.numel(), 24);
+  EXPECT_EQ(x.ndims(), 3);
+  EXPECT_TRUE(x.iscomplex());
+  EXPECT_TRUE(x.real(23).iszero() && x.imag(23).iszero());
+  EXPECT_FALSE(x.getSigned());
+  EXPECT_EQ(x.getAssignmentQuantizer().getRoundMode(), RoundModeEnum::Floor);
+  EXPECT_EQ(x.getAssignmentQuantizer().getFractionlength(), 2);
+  EXPECT_EQ(alias.realdouble(0), 0.5);  // the old data stay with the alias
+  x.setIndex(20);
+  x.resizeAndZero(1, 2, NumericType(), fimath(), false);
+  EXPECT_EQ(x.getIndex(), 0);
+  EXPECT_EQ(x.numel(), 2);
+  EXPECT_EQ(x.ndims(), 2);
+  EXPECT_TRUE(x.isreal());
+}
+
+TEST_F(FiConstruction, ShapeQueries) {
+  const int d2[] = {3, 4}, d3[] = {2, 3, 4}, d231[] = {2, 3, 1};
+  fi m(d2, 2, NumericType(), fimath(), false);
+  EXPECT_EQ(m.numel(), 12);
+  EXPECT_EQ(m.length(), 4);
+  EXPECT_EQ(m.getDimension(3), 1);
+  EXPECT_FALSE(m.isvector() || m.isrow() || m.iscolumn());
+  fi c(d3, 3, NumericType(), fimath(), false);
+  EXPECT_EQ(c.numel(), 24);
+  EXPECT_EQ(c.length(), 4);
+  EXPECT_EQ(c.getM(), 2);
+  EXPECT_EQ(c.getN(), 12);
+  EXPECT_EQ(c.getDimension(3), 4);
+  EXPECT_EQ(c.getDimension(4), 1);
+  EXPECT_FALSE(c.isvector() || c.isrow() || c.iscolumn());
+  for (int d : {0, -1})
+    expect_error([&] { m.getDimension(d); }, "velkora:fi:getDimension:badDimension",
+                 "Dimension number must be a non-negative integer in the range 1 to 2^31.");
+  m.checkIndex(11);
+  for (int i : {12, -1})
+    expect_error([&] { m.setIndex(i); }, "velkora:fi:badindex", "Index exceeds matrix dimensions.");
+  m(2, 3);
+  EXPECT_EQ(m.getIndex(), 11);
+
+  fi row(1, 5, NumericType(), fimath(), false), col(5, 1, NumericType(), fimath(), false);
+  fi one(1, 1, NumericType(), fimath(), false), none(0, 3, NumericType(), fimath(), false);
+  EXPECT_TRUE(row.isvector() && row.isrow() && !row.iscolumn());
+  EXPECT_TRUE(col.isvector() && col.iscolumn() && !col.isrow());
+  EXPECT_TRUE(one.isvector() && one.isrow() && one.iscolumn() && one.isscalar());
+  EXPECT_TRUE(none.isempty() && !none.isvector());
+
+  fi a(2, 3, NumericType(), fimath(), false), b(3, 2, NumericType(), fimath(), false);
+  fi a1(d231, 3, NumericType(), fimath(), false), v6(6, 1, NumericType(), fimath(), false);
+  EXPECT_TRUE(a.isSameSize(a1) && a1.isSameSize(a));
+  EXPECT_FALSE(a.isSameSize(b) || a.isSameSize(v6) || c.isSameSize(m));
+  a.checkElementwiseSize(a1);
+  a.checkElementwiseSize(one);
+  one.checkElementwiseSize(c);
+  for (const fi* other : {&b, &v6})
+    expect_error([&] { a.checkElementwiseSize(*other); }, "velkora:fi:dimagree",
+                 "Matrix dimensions must agree.");
+}
+
+TEST_F(FiConstruction, TypeSettersRequantizeEveryElement) {
+  const double re[] = {0.3, -0.7, 0.9};
+  const double im[] = {0.0, 0.0, -0.1};
+  const int dims[] = {1, 3};
+  fi x(re, im, dims, 2, NumericType(), fimath());
+  x.setFractionLength(4);
+  EXPECT_EQ(reals(x), (std::vector<double>{0.3125, -0.6875, 0.875}));
+  EXPECT_EQ(x.imagdouble(2), -0.125);
+  EXPECT_EQ(x.getAssignmentQuantizer().getFractionlength(), 4);
+  x.setWordLength(4);  // saturates to [-0.5, 0.4375]
+  EXPECT_EQ(reals(x), (std::vector<double>{0.3125, -0.5, 0.4375}));
+  x.setSigned(false);
+  EXPECT_EQ(reals(x), (std::vector<double>{0.3125, 0.0, 0.4375}));
+  EXPECT_EQ(x.imagdouble(2), 0.0);
+
+  // Math set later rounds the next re-quantization: 7/16 floors to 1/4 at two bits.
+  x.setFimath(math(RoundModeEnum::Floor, OverflowModeEnum::Wrap));
+  EXPECT_EQ(x.getRoundMode(), RoundModeEnum::Floor);
+  EXPECT_EQ(x.realdouble(2), 0.4375);
+  x.setFractionLength(2);
+  EXPECT_EQ(reals(x), (std::vector<double>{0.25, 0.0, 0.25}));
+
+  const double dv[] = {0.3, 1.7, -2.5};
+  fi d(dv, nullptr, dims, 2, of_mode(Mode::Double), fimath());
+  EXPECT_EQ(d.realdouble(0), 0.3);
+  d.setDataType(DataTypeEnum::Fixed);  // a double turns into a signed 16-bit integer
+  EXPECT_TRUE(d.isFixed());
+  EXPECT_EQ(reals(d), (std::vector<double>{0.0, 2.0, -2.0}));
+}
+
+TEST_F(FiConstruction, RefusedSettersLeaveTheObjectAlone) {
+  const std::string id = "Velkora:numerictype:InvalidSetting";
+  fi x(0.3, NumericType(), fimath());
+  const NumericType before = x.getNumericType();
+  const std::string value = exact(x.real(0));
+  x.setBias(3.0);
+  x.setWordLength(0);
+  x.setSlope(0.3);
+  x.setSlopeAdjustmentFactor(1.5);
+  EXPECT_EQ(host.take_warnings(),
+            (Warnings{{id,
+                       "Cannot change the Bias property when the data type mode is Double, "
+                       "Single, Boolean, Scaled double or Fixed-point: unspecified scaling or "
+                       "binary point scaling.  That property has not been changed."},
+                      {id, "Invalid WordLength specified; the WordLength must be greater than 0"},
+                      {id,
+                       "Invalid total slope specified; for binary point scaling, the total slope "
+                       "must be an exact power of two"},
+                      {id,
+                       "Cannot change the SlopeAdjustmentFactor property when the data type mode "
+                       "is Double, Single, Boolean, Scaled double or Fixed-point: unspecified "
+                       "scaling or binary point scaling.  That property has not been changed."}}));
+  EXPECT_TRUE(x.getNumericType().isequal(before));
+  EXPECT_EQ(x.getNumericType().getDataTypeMode(), Mode::FixedBinaryPoint);
+  EXPECT_EQ(x.getAssignmentQuantizer().getWordlength(), 16);
+  EXPECT_EQ(exact(x.real(0)), value);
+}
+
+TEST_F(FiConstruction, ImaginaryPartComesAndGoes) {
+  fi x(2, 2, NumericType(), fimath(), true);
+  x.coordinateComplexity(false);
+  EXPECT_TRUE(x.iscomplex());
+  x.imagRef(3).setvalue(0.5);
+  x.freeImagIfZero();
+  EXPECT_TRUE(x.iscomplex());
+  x.imagRef(3).setvalue(0.0);
+  x.freeImagIfZero();
+  EXPECT_TRUE(x.isreal());
+  EXPECT_TRUE(x.imag(3).iszero());
+  x.coordinateComplexity(true);  // a fresh imaginary part is zero
+  EXPECT_TRUE(x.iscomplex() && x.imag(0).iszero() && x.imag(3).iszero());
+}
+
+TEST_F(FiConstruction, LastPropertySetAcceptsOnlyKnownCodes) {
+  fi x;
+  x.setLastPropertySet(47);
+  x.setLastPropertySet(-1);
+  x.setLastPropertySet(15);
+  for (int code : {-2, 48})
+    expect_error([&] { x.setLastPropertySet(code); }, "velkora:fi:setLastPropertySet:BadEnum",
+                 "PropertyEnum out of range.  Valid values are -1 through 47, and " +
+                     std::to_string(code) + " was entered.");
+  EXPECT_EQ(x.getLastPropertySet(), 15);
+}
+
+TEST_F(FiConstruction, OperandChecks) {
+  const fimath other = math(RoundModeEnum::Floor, OverflowModeEnum::Wrap);
+  const fi fixed(0.5, NumericType(), fimath());
+  const fi fixed2(0.5, NumericType(), other);
+  const fi scaled(0.5, of_mode(Mode::ScaledDoubleBinaryPoint, 1.0, -8), other);
+  const fi scaled2(0.5, of_mode(Mode::ScaledDoubleBinaryPoint, 1.0, -8), fimath());
+  const fi dbl(0.5, of_mode(Mode::Double), fimath());
+  const fi sgl(0.5, of_mode(Mode::Single), fimath());
+  const fi boolean(1.0, of_mode(Mode::Boolean), fimath());
+  const fi slopeBias(0.5, of_mode(Mode::FixedSlopeBias, 1.5, -4, 1.0), fimath());
+  const fi sdSlopeBias(0.5, of_mode(Mode::ScaledDoubleSlopeBias, 1.5, -4, 1.0), fimath());
+
+  const std::string mixed =
+      "Math operations are not allowed on FI objects with different data types.";
+  const std::string noBool =
+      "Math operations are not allowed on FI objects with boolean data type.";
+  const std::string mismatch = "FIMATH of both operands must be equal.";
+  fi::errorIfMathMismatch(fixed, scaled);
+  fi::errorIfMathMismatch(scaled, fixed);
+  fi::errorIfMathMismatch(scaled, scaled2);
+  fi::errorIfMathMismatch(dbl, dbl);
+  fi::errorIfMathMismatch(fixed, slopeBias);
+  expect_error([&] { fi::errorIfMathMismatch(fixed, fixed2); }, "velkora:fi:fimathmismatch",
+               mismatch);
+  expect_error([&] { fi::errorIfFimathMismatch(scaled, scaled2); }, "velkora:fi:fimathmismatch",
+               mismatch);
+  // Data types are compared before the math.
+  expect_error([&] { fi::errorIfMathMismatch(fixed2, dbl); }, "velkora:fi:mixedmath", mixed);
+  expect_error([&] { fi::errorIfMathMismatch(dbl, sgl); }, "velkora:fi:mixedmath", mixed);
+  // Boolean operands are refused before the data types are compared, on either side.
+  expect_error([&] { fi::errorIfMathMismatch(boolean, dbl); }, "velkora:fi:nobooleanmath", noBool);
+  expect_error([&] { fi::errorIfMathMismatch(fixed, boolean); }, "velkora:fi:nobooleanmath",
+               noBool);
+  fi::errorIfMixedMath(boolean, boolean);
+
+  fi::errorIfSlopeBiasMath(fixed);
+  expect_error([&] { fi::errorIfSlopeBiasMath(slopeBias); }, "velkora:fi:onlybinarypointmath",
+               "Math is supported only for binary-point scaling.");
+  fi::errorIfScaledDoubleSlopeBiasMath(slopeBias, scaled);
+  for (const fi* sd : {&sdSlopeBias})
+    for (auto [a, b] : {std::pair{sd, &fixed}, std::pair{&fixed, sd}})
+      expect_error([&] { fi::errorIfScaledDoubleSlopeBiasMath(*a, *b); },
+                   "velkora:fi:scaleddoubleslopebiasmathnotdefined",
+                   "Math is not supported for slope-bias FIs when DataTypeMode is 'Scaled double: "
+                   "slope and bias scaling'");
+  fixed.errorIfScaledDouble("bin");
+  expect_error([&] { scaled.errorIfScaledDouble("bin"); }, "velkora:fi:ScaledDoubleOn",
+               "bin is not supported when the DataType is 'ScaledDouble'.");
+}
+
+}  // namespace
+}  // namespace corbel
