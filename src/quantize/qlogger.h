@@ -55,6 +55,9 @@ class qlogger {
   int getNMathoperations() const { return nmathoperations_; }
   int getOldOverflows() const { return oldoverflows_; }
   int getOldUnderflows() const { return oldunderflows_; }
+  // The counts already reported, against which the next change is measured.
+  void setOldOverflows(int n) const { oldoverflows_ = n; }
+  void setOldUnderflows(int n) const { oldunderflows_ = n; }
 
   // The counts added since the last call; that call's count becomes the new reference.
   int changeInOverflows() const;

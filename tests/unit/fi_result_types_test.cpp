@@ -38,8 +38,8 @@ std::string sumTooWide(int max, int need) {
          "word length.";
 }
 std::string productTooWide(int max, int need) {
-  return "MaxProductWordLength is " + std::to_string(max) +
-         " bits and a minimum word length of " + std::to_string(need) +
+  return "MaxProductWordLength is " + std::to_string(max) + " bits and a minimum word length of " +
+         std::to_string(need) +
          " bits is necessary to guarantee that this product can be computed with no loss of "
          "precision.  Increase MaxProductWordLength if you want the product to grow to a "
          "larger word length.";
@@ -97,7 +97,11 @@ TEST_F(FiResultTypes, WorkedExamples) {
 TEST_F(FiResultTypes, MatrixAccumulatorGrowsByCeilLog2OfTermCount) {
   const fimath m;
   const NumericType t(true, 16, 15), P(true, 32, 30);
-  struct Case { int m, k, n; bool ca, cb; int w; } cases[] = {
+  struct Case {
+    int m, k, n;
+    bool ca, cb;
+    int w;
+  } cases[] = {
       {4, 3, 2, false, false, 34},  // 3 terms: 2 bits
       {4, 3, 2, true, true, 34},    // 4 terms: still 2 bits
       {4, 4, 2, true, true, 35},    // 5 terms: 3 bits
@@ -223,7 +227,8 @@ Expected rule(DataTypeEnum dt, bool issigned, int IB, int FB, bool slopeBias, bo
   } else if (mode == AM::FullPrecision) {
     x.w = IB + FB, x.e = -FB;
     if (max < x.w) {
-      x.id = isSum ? "velkora:fi:MaxSumWordLengthExceeded" : "velkora:fi:MaxProductWordLengthExceeded";
+      x.id =
+          isSum ? "velkora:fi:MaxSumWordLengthExceeded" : "velkora:fi:MaxProductWordLengthExceeded";
       x.text = isSum ? sumTooWide(max, x.w) : productTooWide(max, x.w);
     }
   } else if (mode == AM::KeepLSB) {
