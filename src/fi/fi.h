@@ -82,7 +82,7 @@ class fi {
   }
   number& realRef(int i) { return realData_[i]; }
   number& imagRef(int i) {
-    if (*imagSlot_ == nullptr) *imagSlot_ = new number[static_cast<size_t>(numel_)];
+    if (*imagSlot_ == nullptr) allocateImag();
     return (*imagSlot_)[i];
   }
   const number& real() const { return real(index_); }
@@ -289,6 +289,15 @@ class fi {
   fi(const fi& source, CopyIndex);
 
  private:
+  // A real array of the shape of `shape` whose elements the caller is yet to make: its
+  // real data are null until then.
+  enum class Unfilled { Shape };
+  fi(const fi& shape, const NumericType& type, const fimath& math, Unfilled);
+  // Fills an unfilled array whole-array, block by block (see ElementStorage::makeDoubles);
+  // answers whether the fill went through.
+  template <class Fill>
+  bool fillDoubles(Fill fill);
+
   static const number& zeroNumber();
   // Builds the members every constructor shares, for a type and math.
   void initCommon(const NumericType& type, const fimath& math);
@@ -311,7 +320,10 @@ class fi {
   struct SharedData {
     int shareCount = 1;
     number* imag = nullptr;
+    std::size_t elements = 0;  // the length of both data arrays
   };
+  // Gives the shared data a zero imaginary array.
+  void allocateImag();
 
   number* realData_ = nullptr;
   SharedData* shared_ = nullptr;

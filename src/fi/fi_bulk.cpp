@@ -5,46 +5,38 @@
 // kernel, so their bits are the element path's bits. They apply only when no log is kept
 // and every value and every exact intermediate fits a double's 53-bit mantissa.
 #include <algorithm>
-#include <initializer_list>
 
+#include "fi/element_storage.h"
 #include "fi/fi.h"
+#include "number/doublenumber.h"
 
 namespace corbel {
 namespace {
 
 constexpr int kDoubleBits = 52;
-// Elements per block: the working values stay in a small stack buffer.
-constexpr int kBlock = 256;
 
 bool qualifies(const fi& x) {
   return x.isreal() && x.isFixed() && !x.isSlopeBiasScaled() && x.getWordLength() <= kDoubleBits;
 }
 
-// Whether every element of x is held in a double.
-bool doubleBacked(const fi& x) {
-  for (int i = 0; i < x.numel(); ++i)
-    if (x.real(i).gettype() != numbertype::doublenumber) return false;
-  return true;
-}
-
-// Runs a whole-array operation block by block: f(first, count, out) fills out[0..count)
-// with the results for elements first.., each quantizer in `steps` is applied to the
-// block in turn, and the values are stored into the result.
-template <class F>
-bool runBlocks(fi& result, std::initializer_list<const quantizer*> steps, F f, double& last) {
-  double out[kBlock];
-  for (int first = 0; first < result.numel(); first += kBlock) {
-    const int count = std::min(kBlock, result.numel() - first);
-    f(first, count, out);
-    for (const quantizer* q : steps)
-      if (!q->quantizeDoubles(out, static_cast<size_t>(count))) return false;
-    for (int i = 0; i < count; ++i) result.realRef(first + i) = out[i];
-    last = out[count - 1];
+// Reads elements first .. first + count - 1 of x (every one when step is 1, element 0
+// when it is 0) into out; false when one of them is not held in a double.
+bool gather(const fi& x, int first, int count, int step, double* out) {
+  for (int i = 0; i < count; ++i) {
+    const numberrepbody& body = x.real((first + i) * step).gethandle().getbody();
+    if (body.gettype() != numbertype::doublenumber) return false;
+    out[i] = static_cast<const doublenumber&>(body).getelement();
   }
   return true;
 }
 
 }  // namespace
+
+template <class Fill>
+bool fi::fillDoubles(Fill fill) {
+  realData_ = ElementStorage::makeDoubles(shared_->elements, fill);
+  return realData_ != nullptr;
+}
 
 std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract) const {
   if (getLogging() || !qualifies(*this) || !qualifies(b) || !T.isFixed() || T.isSlopeBiasScaled() ||
@@ -52,31 +44,35 @@ std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract
     return nullptr;
   if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
   // The exact sum must fit: from the lower grid to one bit above the larger magnitude.
-  const NumericType& left = math_.getCastBeforeSum() ? T : type_;
+  const bool cast = math_.getCastBeforeSum();
+  const NumericType& left = cast ? T : type_;
   const int top = std::max(left.getWordLength() + left.getFixedExponent(),
                            b.getWordLength() + b.type_.getFixedExponent());
   const int bottom = std::min(left.getFixedExponent(), b.type_.getFixedExponent());
-  if (top + 1 - bottom > kDoubleBits || !doubleBacked(*this) || !doubleBacked(b)) return nullptr;
+  if (top + 1 - bottom > kDoubleBits) return nullptr;
 
   const fi& reg = *sumRegister_;
   const quantizer& q = reg.assignQuantizer_;
-  const bool cast = math_.getCastBeforeSum();
-  const fi& shape = numel_ == 1 ? b : *this;
-  auto result = std::make_unique<fi>(shape.dims(), shape.ndims(), T, math_, false);
+  auto result = std::unique_ptr<fi>(new fi(numel_ == 1 ? b : *this, T, math_, Unfilled::Shape));
+  const quantizer& r = result->assignQuantizer_;
   const int sa = numel_ == 1 ? 0 : 1, sb = b.numel_ == 1 ? 0 : 1;  // scalar expansion
-  const auto block = [&](int first, int count, double* out) {
-    double x[kBlock];
-    for (int i = 0; i < count; ++i) x[i] = realData_[(first + i) * sa].todouble();
-    if (cast) q.quantizeDoubles(x, static_cast<size_t>(count));
-    for (int i = 0; i < count; ++i) {
-      const double y = b.realData_[(first + i) * sb].todouble();
-      out[i] = subtract ? x[i] - y : x[i] + y;
-    }
-  };
   double last = 0.0;
-  if (!runBlocks(*result, {&q, &result->assignQuantizer_}, block, last)) return nullptr;
+  const auto fill = [&](std::size_t first, std::size_t count, double* out) {
+    const int f = static_cast<int>(first), n = static_cast<int>(count);
+    double y[ElementStorage::kBlock];
+    if (!gather(*this, f, n, sa, out) || !gather(b, f, n, sb, y)) return false;
+    if (cast && !q.quantizeDoubles(out, count)) return false;
+    if (subtract)
+      for (int i = 0; i < n; ++i) out[i] -= y[i];
+    else
+      for (int i = 0; i < n; ++i) out[i] += y[i];
+    if (!q.quantizeDoubles(out, count) || !r.quantizeDoubles(out, count)) return false;
+    last = out[n - 1];
+    return true;
+  };
+  if (!result->fillDoubles(fill)) return nullptr;
   // The register is left holding the last sum, as the element path leaves it.
-  reg.realData_[0] = last;
+  if (result->numel_ > 0) reg.realData_[0] = last;
   return result;
 }
 
@@ -85,19 +81,23 @@ std::unique_ptr<fi> fi::bulkProduct(const fi& b, const NumericType& P) const {
       P.getWordLength() > kDoubleBits || getWordLength() + b.getWordLength() > kDoubleBits)
     return nullptr;
   if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
-  if (!doubleBacked(*this) || !doubleBacked(b)) return nullptr;
   const fi& reg = *productRegister_;
-  const fi& shape = numel_ == 1 ? b : *this;
-  auto result = std::make_unique<fi>(shape.dims(), shape.ndims(), P, math_, false);
+  const quantizer& q = reg.assignQuantizer_;
+  auto result = std::unique_ptr<fi>(new fi(numel_ == 1 ? b : *this, P, math_, Unfilled::Shape));
+  const quantizer& r = result->assignQuantizer_;
   const int sa = numel_ == 1 ? 0 : 1, sb = b.numel_ == 1 ? 0 : 1;
-  const auto block = [&](int first, int count, double* out) {
-    for (int i = 0; i < count; ++i)
-      out[i] = realData_[(first + i) * sa].todouble() * b.realData_[(first + i) * sb].todouble();
-  };
   double last = 0.0;
-  if (!runBlocks(*result, {&reg.assignQuantizer_, &result->assignQuantizer_}, block, last))
-    return nullptr;
-  reg.realData_[0] = last;
+  const auto fill = [&](std::size_t first, std::size_t count, double* out) {
+    const int f = static_cast<int>(first), n = static_cast<int>(count);
+    double y[ElementStorage::kBlock];
+    if (!gather(*this, f, n, sa, out) || !gather(b, f, n, sb, y)) return false;
+    for (int i = 0; i < n; ++i) out[i] *= y[i];
+    if (!q.quantizeDoubles(out, count) || !r.quantizeDoubles(out, count)) return false;
+    last = out[n - 1];
+    return true;
+  };
+  if (!result->fillDoubles(fill)) return nullptr;
+  if (result->numel_ > 0) reg.realData_[0] = last;
   return result;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "fi/element_storage.h"
 #include "fi/fi.h"
 #include "host/messages.h"
 
@@ -33,16 +34,21 @@ void fi::initCommon(const NumericType& type, const fimath& math) {
 
 void fi::allocate(bool complex) {
   updateNumel();
-  realData_ = new number[static_cast<size_t>(numel_)];
-  if (complex) *imagSlot_ = new number[static_cast<size_t>(numel_)];
+  shared_->elements = static_cast<size_t>(numel_);
+  realData_ = ElementStorage::makeZeros(shared_->elements);
+  if (complex) allocateImag();
   isreal_ = !complex;
+}
+
+void fi::allocateImag() {
+  *imagSlot_ = ElementStorage::makeZeros(shared_->elements);
 }
 
 void fi::releaseData() {
   if (shared_ == nullptr) return;
   if (--shared_->shareCount == 0) {
-    delete[] realData_;
-    delete[] shared_->imag;
+    ElementStorage::destroy(realData_, shared_->elements);
+    ElementStorage::destroy(shared_->imag, shared_->elements);
     delete shared_;
   }
   realData_ = nullptr;
@@ -164,6 +170,14 @@ fi::fi(const int* dims, int ndims, const NumericType& type, const fimath& math, 
   filog_ = log;
 }
 
+fi::fi(const fi& shape, const NumericType& type, const fimath& math, Unfilled) {
+  initCommon(type, math);
+  useTypePrecision();
+  copyDimensions(shape.dims(), shape.ndims());
+  updateNumel();
+  shared_->elements = static_cast<size_t>(numel_);
+}
+
 fi::fi(int m, int n, const NumericType& type, const fimath& math, bool complex) {
   const int dims[] = {m, n};
   initCommon(type, math);
@@ -282,7 +296,7 @@ bool fi::isSameSize(const fi& other) const {
 
 void fi::coordinateComplexity(bool complex) {
   if (!complex || !isreal_) return;
-  if (*imagSlot_ == nullptr) *imagSlot_ = new number[static_cast<size_t>(numel_)];
+  if (*imagSlot_ == nullptr) allocateImag();
   isreal_ = false;
 }
 
@@ -290,7 +304,7 @@ void fi::freeImagIfZero() {
   if (isreal_) return;
   for (int i = 0; i < numel_; ++i)
     if (!(*imagSlot_)[i].iszero()) return;
-  delete[] * imagSlot_;
+  ElementStorage::destroy(*imagSlot_, shared_->elements);
   *imagSlot_ = nullptr;
   isreal_ = true;
 }

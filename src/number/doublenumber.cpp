@@ -60,11 +60,7 @@ numberrepbody& doublenumber::setvalue(const unsigned int* words, int nwords, boo
   return *this;
 }
 
-double doublenumber::pow2Of(double x, long n) {
-  // Within the normal exponent range 2^n is a double, and one multiplication rounds
-  // exactly as ldexp does (once, to nearest); outside it ldexp handles the extremes.
-  if (n >= -1022 && n <= 1023)
-    return x * std::bit_cast<double>(static_cast<std::uint64_t>(1023 + n) << 52);
+double doublenumber::pow2OfExtreme(double x, long n) {
   const long lim = 1L << 20;  // beyond this every finite value is 0 or infinity anyway
   return std::ldexp(x, static_cast<int>(n > lim ? lim : (n < -lim ? -lim : n)));
 }
@@ -188,21 +184,6 @@ long doublenumber::unbiasedexponent() const {
 
 // Integer roundings. Each is exact for every double: the distance to the floor is
 // computed exactly (x - floor(x) never rounds), so no tie is decided by a rounded sum.
-double doublenumber::nearestOf(double x) {
-  // floor(x + 1/2): halves go toward +infinity.
-  const double f = std::floor(x);
-  if (x - f >= 0.5) return f + 1.0;
-  return std::isfinite(f) ? f : x;
-}
-
-double doublenumber::convergentOf(double x) {
-  // Nearest integer, halves to the even neighbour.
-  const double f = std::floor(x);
-  const double d = x - f;
-  if (d > 0.5 || (d == 0.5 && std::fmod(f, 2.0) != 0.0)) return f + 1.0;
-  return std::isfinite(f) ? f : x;
-}
-
 double doublenumber::roundOf(double x) {
   return host_round(x);
 }

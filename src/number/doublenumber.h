@@ -2,6 +2,7 @@
 // at most 52 bits and multiprecision is not forced.
 #pragma once
 
+#include <bit>
 #include <cmath>
 #include <cstdint>
 
@@ -113,12 +114,31 @@ class doublenumber final : public numberrepbody, public Pooled<doublenumber> {
   static double floorOf(double x) { return std::floor(x); }
   // Toward zero; a zero result is +0 whatever the sign of the input.
   static double fixOf(double x) { return std::trunc(x) + 0.0; }
-  static double nearestOf(double x);
-  static double convergentOf(double x);
+  // floor(x + 1/2): halves go toward +infinity. Written without a branch on the fraction,
+  // which is random in bulk data; at infinities x - floor(x) is NaN and adds nothing.
+  static double nearestOf(double x) {
+    const double f = std::floor(x);
+    return f + (x - f >= 0.5 ? 1.0 : 0.0);
+  }
+  // Nearest integer, halves to the even neighbour.
+  static double convergentOf(double x) {
+    const double f = std::floor(x);
+    const double d = x - f;
+    const bool up = d > 0.5 || (d == 0.5 && std::fmod(f, 2.0) != 0.0);
+    return f + (up ? 1.0 : 0.0);
+  }
   static double roundOf(double x);
-  static double pow2Of(double x, long n);
+  // Within the normal exponent range 2^n is a double, and one multiplication rounds
+  // exactly as ldexp does (once, to nearest); outside it ldexp handles the extremes.
+  static double pow2Of(double x, long n) {
+    if (n >= -1022 && n <= 1023)
+      return x * std::bit_cast<double>(static_cast<std::uint64_t>(1023 + n) << 52);
+    return pow2OfExtreme(x, n);
+  }
 
  private:
+  static double pow2OfExtreme(double x, long n);
+
   double value_;
 };
 

@@ -16,8 +16,6 @@ bool default_force = false;
 
 }  // namespace
 
-number::number() : handle_(new numberrephandle()) {}
-
 number::number(double v) : handle_(new numberrephandle(v, default_precision, default_force)) {}
 
 number::number(double v, unsigned long precision, bool force)
@@ -34,10 +32,6 @@ number& number::operator=(const number& other) {
 
 number& number::operator=(double v) {
   return setvalue(v);
-}
-
-number::~number() {
-  delete handle_;
 }
 
 void number::setDefaultPrecision(unsigned long precision, bool force) {

@@ -16,15 +16,18 @@ namespace corbel {
 class number {
  public:
   // 0.0 as a double.
-  number();
+  number() : handle_(new numberrephandle()) {}
   // v at the process-wide default precision and force flag.
   explicit number(double v);
   number(double v, unsigned long precision, bool force);
   explicit number(const numberrephandle& handle);
   number(const number& other);
+  // A number on a double body holding v, whatever the process-wide defaults are: what a
+  // default-made number holds after setvalue(v).
+  static number ondouble(double v) { return number(new numberrephandle(v)); }
   number& operator=(const number& other);
   number& operator=(double v);
-  virtual ~number();
+  virtual ~number() { delete handle_; }
 
   // Process-wide defaults for numbers made without an explicit precision.
   static void setDefaultPrecision(unsigned long precision, bool force);
@@ -140,6 +143,7 @@ class number {
   number operator-() const { return number(*this).negate(); }
 
  private:
+  explicit number(numberrephandle* adopted) : handle_(adopted) {}
   const numberrepbody& body() const { return handle_->getbody(); }
 
   numberrephandle* handle_;  // owned alone; never null

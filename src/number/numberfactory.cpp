@@ -8,18 +8,6 @@
 
 namespace corbel {
 
-numberrepbody* numberfactory::createnumber() {
-  return createnumber(0.0);
-}
-
-numberrepbody* numberfactory::createnumber(double v) {
-  try {
-    return new doublenumber(v);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-}
-
 numberrepbody* numberfactory::createnumber(double v, unsigned long precision, bool force) {
   if (!force && precision < 53) return createnumber(v);
   try {

@@ -7,19 +7,9 @@
 
 namespace corbel {
 
-numberrepbody* numberrephandle::checked(numberrepbody* b) {
-  if (b == nullptr) throw std::bad_alloc();
-  b->incrcount();
-  return b;
-}
-
-numberrephandle::numberrephandle() : body_(checked(numberfactory::createnumber())) {}
-
 numberrephandle::numberrephandle(numberrepbody& body) : body_(&body) {
   body_->incrcount();
 }
-
-numberrephandle::numberrephandle(double v) : body_(checked(numberfactory::createnumber(v))) {}
 
 numberrephandle::numberrephandle(double v, unsigned long precision, bool force)
     : body_(checked(numberfactory::createnumber(v, precision, force))) {}
@@ -31,10 +21,6 @@ numberrephandle::numberrephandle(const numberrephandle& other) : body_(other.bod
 numberrephandle& numberrephandle::operator=(const numberrephandle& other) {
   if (other.body_ != body_) changebody(other.body_);
   return *this;
-}
-
-numberrephandle::~numberrephandle() {
-  if (body_->decrcount() == 0) delete body_;
 }
 
 void numberrephandle::changebody(numberrepbody* b) {

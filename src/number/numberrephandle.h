@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <new>
 
+#include "number/numberfactory.h"
 #include "number/numberrepbody.h"
 #include "number/pool.h"
 
@@ -12,13 +14,17 @@ namespace corbel {
 // Invariant: the handle holds exactly one counted reference to its body.
 class numberrephandle final : public Pooled<numberrephandle> {
  public:
-  numberrephandle();  // a double zero
+  // The constructors and the destructor that every element of an array passes through
+  // are inline.
+  numberrephandle() : body_(checked(numberfactory::createnumber())) {}  // a double zero
   explicit numberrephandle(numberrepbody& body);
-  explicit numberrephandle(double v);
+  explicit numberrephandle(double v) : body_(checked(numberfactory::createnumber(v))) {}
   numberrephandle(double v, unsigned long precision, bool force);
   numberrephandle(const numberrephandle& other);
   numberrephandle& operator=(const numberrephandle& other);
-  ~numberrephandle();
+  ~numberrephandle() {
+    if (body_->decrcount() == 0) delete body_;
+  }
 
   const numberrepbody& getbody() const { return *body_; }
   numberrepbody& getbody() { return *body_; }
@@ -171,7 +177,11 @@ class numberrephandle final : public Pooled<numberrephandle> {
     return *this;
   }
   void unshare();
-  static numberrepbody* checked(numberrepbody* b);
+  static numberrepbody* checked(numberrepbody* b) {
+    if (b == nullptr) throw std::bad_alloc();
+    b->incrcount();
+    return b;
+  }
 
   numberrepbody* body_;
 };
