@@ -16,8 +16,10 @@ test: bootstrap
 
 demo: bootstrap
 	cmake --preset release
-	cmake --build --preset release --target exact_numbers
+	cmake --build --preset release --target exact_numbers fixed_point_arrays
 	./build/release/exact_numbers
+	@echo
+	./build/release/fixed_point_arrays
 
 bench: bootstrap
 	cmake --preset release
