@@ -63,6 +63,44 @@ TEST_F(FiLogging, ReportOperationMovesOnlyNewCounts) {
   EXPECT_EQ(global.getNoverflows(), 4);
 }
 
+// Real operations fill the register logs; reporting them, as the host's plus and times
+// do, warns once with the operator's name and moves the counts into the global and result
+// logs.
+TEST_F(FiLogging, OverflowingSumsAndUnderflowingProductsAreReportedOnce) {
+  fimath m;
+  m.setSumMode(ArithmeticModeEnum::SpecifyPrecision);
+  m.setSumWordLength(16);
+  m.setSumFractionLength(13);
+  m.setProductMode(ArithmeticModeEnum::SpecifyPrecision);
+  m.setProductWordLength(16);
+  m.setProductFractionLength(13);
+  const double v[] = {3.0, -3.5, 0.5, 2.0 / 8192};
+  const int dims[] = {1, 4};
+  const fi x(v, nullptr, dims, 2, NumericType(true, 16, 13), m);
+  fi::setLogging(true);
+  auto sum = x.plus(x);  // 6 and -7 saturate
+  EXPECT_EQ(sum->realdouble(0), 32767.0 / 8192);
+  EXPECT_EQ(sum->realdouble(1), -4.0);
+  fi::reportOperation(x.getsumfilog(), fi::getSumlog(), sum->getfilog(), 12, 4, "+");
+  EXPECT_EQ(host.take_warnings(),
+            (Warnings{{"fi:overflow", "2 overflows occurred in the fi + operation."}}));
+  EXPECT_EQ(fi::getSumlog().getNoverflows(), 2);
+  EXPECT_EQ(sum->getNoverflows(), 2);
+  EXPECT_EQ(sum->getNoperations(), 12);
+  // Reported counts are not reported again.
+  fi::reportOperation(x.getsumfilog(), fi::getSumlog(), sum->getfilog(), 12, 4, "+");
+  EXPECT_TRUE(host.take_warnings().empty());
+  EXPECT_EQ(fi::getSumlog().getNoverflows(), 2);
+
+  auto product = x.times(x);  // 2^-24 rounds to zero; 9 and 12.25 saturate
+  fi::reportOperation(x.getproductfilog(), fi::getProductlog(), product->getfilog(), 4, 4, ".*");
+  EXPECT_EQ(host.take_warnings(),
+            (Warnings{{"fi:overflow", "2 overflows occurred in the fi .* operation."},
+                      {"fi:underflow", "1 underflow occurred in the fi .* operation."}}));
+  EXPECT_EQ(fi::getProductlog().getNunderflows(), 1);
+  EXPECT_EQ(product->realdouble(3), 0.0);
+}
+
 TEST_F(FiLogging, GlobalLogIsShownAndResetOnlyWithLoggingOn) {
   fi::getAssignlog().addtoOverflows(12);
   fi::getAssignlog().addtoUnderflows(3);
