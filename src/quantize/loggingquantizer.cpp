@@ -19,11 +19,8 @@ void loggingquantizer::checkScaledDoubleUnderflow(const number& x, const qlogger
 }
 
 number& loggingquantizer::saturate(number& x, const qlogger& log) const {
-  if (x > getUpperBound()) {
-    x.setvalue(getUpperBound());
-    log.nOverflowsPlusOne();
-  } else if (x < getLowerBound()) {
-    x.setvalue(getLowerBound());
+  if (x > getUpperBound() || x < getLowerBound()) {
+    quantizer::saturate(x, log);
     log.nOverflowsPlusOne();
   }
   return x;

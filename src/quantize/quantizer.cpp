@@ -42,8 +42,8 @@ void quantizer::set(const quantizer& other, bool /*keepLog*/) {
   updateparameters();
 }
 
-void quantizer::set(const NumericType& type, RoundModeEnum roundmode,
-                    OverflowModeEnum overflowmode, bool /*keepLog*/) {
+void quantizer::set(const NumericType& type, RoundModeEnum roundmode, OverflowModeEnum overflowmode,
+                    bool /*keepLog*/) {
   ModeEnum mode = Double;
   if (type.isFixed())
     mode = type.getSigned() ? Fixed : Ufixed;
@@ -300,19 +300,31 @@ void quantizer::checkoverflow(const number&, const qlogger&) const {}
 void quantizer::checkScaledDoubleUnderflow(const number&, const qlogger&) const {}
 void quantizer::updatestates(const number&, const qlogger&) const {}
 
+// A value that overflows may be held at fewer bits than the word has (a narrow sum stored
+// into a wide register): before a bound or a wrapped value is stored, it is widened to the
+// word length, which holds every value of the type, and never narrowed.
+void quantizer::holdWholeWord(number& x) const {
+  if (x.getprecision() < static_cast<unsigned long>(wordlength_))
+    x.setprecision(static_cast<unsigned long>(wordlength_), false);
+}
+
 number& quantizer::saturate(number& x, const qlogger&) const {
-  if (x > max_)
+  if (x > max_) {
+    holdWholeWord(x);
     x.setvalue(max_);
-  else if (x < lowerbound_)
+  } else if (x < lowerbound_) {
+    holdWholeWord(x);
     x.setvalue(lowerbound_);
+  }
   return x;
 }
 
 number& quantizer::wrap(number& x, const qlogger&) const {
   // The representative of x modulo W in [L, L + W), L = -W/2. Stepping through
-  // t = mod(x, W) + L, which lies in [L, -L), keeps every intermediate within the word's
-  // magnitude, so the value's own precision always holds it exactly.
+  // t = mod(x, W) + L, which lies in [L, -L), keeps every intermediate on the type's grid
+  // and within the word's magnitude, so the word's precision holds each one exactly.
   if (x > max_ || x < lowerbound_) {
+    holdWholeWord(x);
     x.mod(wraparound_);
     x += lowerbound_;
     if (x.isnegative())
@@ -324,7 +336,10 @@ number& quantizer::wrap(number& x, const qlogger&) const {
 }
 
 number& quantizer::uwrap(number& x, const qlogger&) const {
-  if (x > max_ || x < lowerbound_) x.mod(wraparound_);
+  if (x > max_ || x < lowerbound_) {
+    holdWholeWord(x);
+    x.mod(wraparound_);
+  }
   return x;
 }
 
@@ -447,9 +462,11 @@ bool quantizer::quantizeDoubles(double* x, std::size_t n) const {
   for (const number* bound : {&max_, &lowerbound_, &wraparound_})
     if (bound->gettype() != numbertype::doublenumber) return false;
   using Kernel = void (quantizer::*)(double*, std::size_t) const;
-#define CORBEL_KERNEL_ROW(R, S)                                                     \
-  {&quantizer::quantizeFixedDoubles<RoundModeEnum::R, OverflowModeEnum::Saturate, S>, \
-   &quantizer::quantizeFixedDoubles<RoundModeEnum::R, OverflowModeEnum::Wrap, S>}
+#define CORBEL_KERNEL_ROW(R, S)                                                        \
+  {                                                                                    \
+    &quantizer::quantizeFixedDoubles<RoundModeEnum::R, OverflowModeEnum::Saturate, S>, \
+        &quantizer::quantizeFixedDoubles<RoundModeEnum::R, OverflowModeEnum::Wrap, S>  \
+  }
   static constexpr Kernel kSigned[][2] = {
       CORBEL_KERNEL_ROW(Ceil, true),    CORBEL_KERNEL_ROW(Convergent, true),
       CORBEL_KERNEL_ROW(Fix, true),     CORBEL_KERNEL_ROW(Floor, true),

@@ -165,6 +165,8 @@ class quantizer {
   void updateparameters();
 
  private:
+  // Widens an overflowing value to the word length before a step stores into it.
+  void holdWholeWord(number& x) const;
   void signedFixedRule();
   void unsignedFixedRule();
   void floatRule();

@@ -5,6 +5,7 @@
 #include <mpfr.h>
 
 #include <cmath>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -93,6 +94,33 @@ TEST(Quantizer, SixtyFourBitWrapIsExact) {
   e2.pow2(63);
   e2 += number(5.0);
   EXPECT_TRUE(y == e2);
+}
+
+// An overflowing value held at fewer bits than the word (a double, or a narrow multiprecision
+// difference) still saturates and wraps to exact values of the wide type, logged or not.
+TEST(Quantizer, NarrowValuesOverflowIntoWideWordsExactly) {
+  // s100 fraction 90: the largest value is 2^9 - 2^-90.
+  number most(1.0, 100, false);
+  most.pow2(9);
+  most -= number(1.0, 100, false).pow2(-90);
+  // u99 fraction 6: -15.5 wraps to 2^93 - 15.5, which needs 98 bits.
+  number wrapped(1.0, 100, false);
+  wrapped.pow2(93);
+  wrapped -= number(15.5);
+  for (const bool logged : {false, true}) {
+    const auto make = [logged](OverflowModeEnum o, quantizer::ModeEnum mode, int w, int f) {
+      return logged ? std::unique_ptr<quantizer>(
+                          new loggingquantizer(mode, RoundModeEnum::Floor, o, w, f))
+                    : std::make_unique<quantizer>(mode, RoundModeEnum::Floor, o, w, f);
+    };
+    const auto sat = make(OverflowModeEnum::Saturate, quantizer::Fixed, 100, 90);
+    const auto wrap = make(OverflowModeEnum::Wrap, quantizer::Ufixed, 99, 6);
+    qlogger log;
+    number fromDouble(513.0), fromNarrow(513.0, 61, true), negative(-15.5, 61, true);
+    EXPECT_TRUE(sat->quantize(fromDouble, log) == most);
+    EXPECT_TRUE(sat->quantize(fromNarrow, log) == most);
+    EXPECT_TRUE(wrap->quantize(negative, log) == wrapped);
+  }
 }
 
 TEST(Quantizer, HalfPrecisionFloatGrid) {
