@@ -293,12 +293,20 @@ numberrepbody& mpnumber::fix() {
 }
 
 numberrepbody& mpnumber::nearest() {
-  // floor(x + 1/2). An integer (or a non-number) is left as it is; otherwise the value's
-  // last bit is worth at most 1/2, so x + 1/2 is exact in one more bit.
+  // floor(x + 1/2): the same as rounding halves away from zero except at a negative half,
+  // which goes up. Doubling and halving are exact, so the test for a half needs no
+  // temporary, and the integer result never needs more bits than x has.
   if (!mpfr_number_p(value_) || mpfr_integer_p(value_)) return *this;
-  MpfrTemp sum(mpfr_get_prec(value_) + 1);
-  mpfr_add_d(sum.v, value_, 0.5, MPFR_RNDN);
-  mpfr_floor(value_, sum.v);
+  if (mpfr_sgn(value_) < 0) {
+    mpfr_mul_2ui(value_, value_, 1, MPFR_RNDN);
+    const bool half = mpfr_integer_p(value_) != 0;
+    mpfr_div_2ui(value_, value_, 1, MPFR_RNDN);
+    if (half) {
+      mpfr_ceil(value_, value_);
+      return *this;
+    }
+  }
+  mpfr_round(value_, value_);
   return *this;
 }
 
