@@ -211,6 +211,9 @@ class fi {
   // these first.
   std::unique_ptr<fi> bulkSum(const fi& b, const NumericType& T, bool subtract) const;
   std::unique_ptr<fi> bulkProduct(const fi& b, const NumericType& P) const;
+  // Fills `result`, a new real array of the accumulator's type, with the matrix product,
+  // once the registers are initialized; false, changing nothing, when it does not qualify.
+  bool bulkMatrixProduct(const fi& b, fi& result) const;
 
   void initializeSumRegister(const NumericType& T, const fimath& m) const;
   void initializeSumRegister(const fimath& m) const;
@@ -289,14 +292,17 @@ class fi {
   fi(const fi& source, CopyIndex);
 
  private:
-  // A real array of the shape of `shape` whose elements the caller is yet to make: its
-  // real data are null until then.
-  enum class Unfilled { Shape };
-  fi(const fi& shape, const NumericType& type, const fimath& math, Unfilled);
+  // A real array of the given shape whose elements the caller is yet to make: its real
+  // data are null until then.
+  enum class Unfilled { Elements };
+  fi(const int* dims, int ndims, const NumericType& type, const fimath& math, Unfilled);
   // Fills an unfilled array whole-array, block by block (see ElementStorage::makeDoubles);
   // answers whether the fill went through.
   template <class Fill>
   bool fillDoubles(Fill fill);
+  // Leaves this operand, b and the result at the current elements where the element path
+  // leaves them: each non-scalar at the last element, a scalar at its only one.
+  void leaveIndicesAfterElementwise(const fi& b, fi& result) const;
 
   static const number& zeroNumber();
   // Builds the members every constructor shares, for a type and math.

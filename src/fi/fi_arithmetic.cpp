@@ -437,6 +437,7 @@ std::unique_ptr<fi> fi::mtimes(const fi& b) const {
   const bool complex = iscomplex() || b.iscomplex();
   auto result = std::make_unique<fi>(m_, b.n_, S, math_, complex);
   initializeProductRegister(S, P, math_);
+  if (bulkMatrixProduct(b, *result)) return result;
   fi& reg = *productRegister_;
   fi& acc = *reg.sumRegister_;
   if (complex) acc.coordinateComplexity(true);

@@ -5,6 +5,7 @@
 // kernel, so their bits are the element path's bits. They apply only when no log is kept
 // and every value and every exact intermediate fits a double's 53-bit mantissa.
 #include <algorithm>
+#include <vector>
 
 #include "fi/element_storage.h"
 #include "fi/fi.h"
@@ -14,6 +15,15 @@ namespace corbel {
 namespace {
 
 constexpr int kDoubleBits = 52;
+
+bool fitsDouble(const NumericType& t) {
+  return t.isFixed() && !t.isSlopeBiasScaled() && t.getWordLength() <= kDoubleBits;
+}
+
+// The operand whose shape an element-wise result takes (the other one when this is scalar).
+const fi& shapeOf(const fi& a, const fi& b) {
+  return a.numel() == 1 ? b : a;
+}
 
 bool qualifies(const fi& x) {
   return x.isreal() && x.isFixed() && !x.isSlopeBiasScaled() && x.getWordLength() <= kDoubleBits;
@@ -53,7 +63,8 @@ std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract
 
   const fi& reg = *sumRegister_;
   const quantizer& q = reg.assignQuantizer_;
-  auto result = std::unique_ptr<fi>(new fi(numel_ == 1 ? b : *this, T, math_, Unfilled::Shape));
+  auto result = std::unique_ptr<fi>(
+      new fi(shapeOf(*this, b).dims(), shapeOf(*this, b).ndims(), T, math_, Unfilled::Elements));
   const quantizer& r = result->assignQuantizer_;
   const int sa = numel_ == 1 ? 0 : 1, sb = b.numel_ == 1 ? 0 : 1;  // scalar expansion
   double last = 0.0;
@@ -73,6 +84,7 @@ std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract
   if (!result->fillDoubles(fill)) return nullptr;
   // The register is left holding the last sum, as the element path leaves it.
   if (result->numel_ > 0) reg.realData_[0] = last;
+  leaveIndicesAfterElementwise(b, *result);
   return result;
 }
 
@@ -83,7 +95,8 @@ std::unique_ptr<fi> fi::bulkProduct(const fi& b, const NumericType& P) const {
   if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
   const fi& reg = *productRegister_;
   const quantizer& q = reg.assignQuantizer_;
-  auto result = std::unique_ptr<fi>(new fi(numel_ == 1 ? b : *this, P, math_, Unfilled::Shape));
+  auto result = std::unique_ptr<fi>(
+      new fi(shapeOf(*this, b).dims(), shapeOf(*this, b).ndims(), P, math_, Unfilled::Elements));
   const quantizer& r = result->assignQuantizer_;
   const int sa = numel_ == 1 ? 0 : 1, sb = b.numel_ == 1 ? 0 : 1;
   double last = 0.0;
@@ -98,7 +111,66 @@ std::unique_ptr<fi> fi::bulkProduct(const fi& b, const NumericType& P) const {
   };
   if (!result->fillDoubles(fill)) return nullptr;
   if (result->numel_ > 0) reg.realData_[0] = last;
+  leaveIndicesAfterElementwise(b, *result);
   return result;
+}
+
+bool fi::bulkMatrixProduct(const fi& b, fi& result) const {
+  const fi& reg = *productRegister_;
+  const fi& acc = *reg.sumRegister_;
+  const NumericType& S = acc.type_;
+  const NumericType& P = reg.type_;
+  if (getLogging() || !qualifies(*this) || !qualifies(b) || !fitsDouble(P) || !fitsDouble(S) ||
+      getWordLength() + b.getWordLength() > kDoubleBits || n_ == 0 || !result.isreal())
+    return false;
+  // Every accumulation must be exact in a double, as each product is.
+  const int top =
+      std::max(S.getWordLength() + S.getFixedExponent(), P.getWordLength() + P.getFixedExponent());
+  if (top + 1 - std::min(S.getFixedExponent(), P.getFixedExponent()) > kDoubleBits) return false;
+  std::vector<double> x(static_cast<std::size_t>(numel_)), y(static_cast<std::size_t>(b.numel_));
+  if (!gather(*this, 0, numel_, 1, x.data()) || !gather(b, 0, b.numel_, 1, y.data())) return false;
+
+  // Each result element as the element path makes it: every product quantized to the
+  // product register, then added into the accumulator, which quantizes after each addition.
+  const quantizer& qp = reg.assignQuantizer_;
+  const quantizer& qs = acc.assignQuantizer_;
+  const int m = m_, n = n_;
+  std::vector<double> out(static_cast<std::size_t>(result.numel_));
+  std::vector<double> products(static_cast<std::size_t>(n));
+  double lastSum = 0.0;
+  for (int e = 0; e < result.numel_; ++e) {
+    const int i = e % m, j = e / m;
+    for (int k = 0; k < n; ++k)
+      products[static_cast<std::size_t>(k)] =
+          x[static_cast<std::size_t>(i + k * m)] * y[static_cast<std::size_t>(k + j * n)];
+    if (!qp.quantizeDoubles(products.data(), products.size())) return false;
+    double sum = 0.0;
+    if (!qs.accumulateDoubles(sum, products.data(), products.size())) return false;
+    out[static_cast<std::size_t>(e)] = sum;
+    lastSum = sum;
+  }
+  if (!result.assignQuantizer_.quantizeDoubles(out.data(), out.size())) return false;
+
+  for (int e = 0; e < result.numel_; ++e) result.realData_[e] = out[static_cast<std::size_t>(e)];
+  if (result.numel_ > 0) {
+    // The registers and the current elements as the element path leaves them.
+    reg.realData_[0] = products.back();
+    acc.realData_[0] = lastSum;
+    acc.setIndex(0);
+    setIndex(numel_ - 1);
+    b.setIndex(b.numel_ - 1);
+    result.index_ = result.numel_ - 1;
+  }
+  return true;
+}
+
+void fi::leaveIndicesAfterElementwise(const fi& b, fi& result) const {
+  if (numel_ == 1) setIndex(0);
+  if (b.numel_ == 1) b.setIndex(0);
+  if (result.numel_ == 0) return;
+  if (numel_ != 1) setIndex(result.numel_ - 1);
+  if (b.numel_ != 1) b.setIndex(result.numel_ - 1);
+  result.index_ = result.numel_ - 1;
 }
 
 }  // namespace corbel

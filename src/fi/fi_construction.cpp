@@ -170,10 +170,10 @@ fi::fi(const int* dims, int ndims, const NumericType& type, const fimath& math, 
   filog_ = log;
 }
 
-fi::fi(const fi& shape, const NumericType& type, const fimath& math, Unfilled) {
+fi::fi(const int* dims, int ndims, const NumericType& type, const fimath& math, Unfilled) {
   initCommon(type, math);
   useTypePrecision();
-  copyDimensions(shape.dims(), shape.ndims());
+  copyDimensions(dims, ndims);
   updateNumel();
   shared_->elements = static_cast<size_t>(numel_);
 }

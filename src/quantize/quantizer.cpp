@@ -428,51 +428,56 @@ double roundDouble(double x) {
 }  // namespace
 
 // The steps of quantizeFixed, saturate, wrap and uwrap on a double body, one for one.
+// One value through the steps of quantizeFixed, saturate, wrap and uwrap on a double body.
 template <RoundModeEnum R, OverflowModeEnum O, bool Signed>
-void quantizer::quantizeFixedDoubles(double* x, std::size_t n) const {
-  const long f = fractionlength_;
-  const double hi = max_.todouble();
-  const double lo = lowerbound_.todouble();
-  const double w = wraparound_.todouble();
-  for (std::size_t i = 0; i < n; ++i) {
-    double v = x[i];
-    if (v == 0.0) continue;
-    v = doublenumber::pow2Of(roundDouble<R>(doublenumber::pow2Of(v, f)), -f);
-    if constexpr (O == OverflowModeEnum::Saturate) {
-      if (v > hi)
-        v = hi;
-      else if (v < lo)
-        v = lo;
-    } else if (v > hi || v < lo) {
-      v = doublenumber::mod(v, w);
-      if constexpr (Signed) {
+inline double quantizer::DoubleBounds::step(double v) const {
+  if (v == 0.0) return v;
+  v = doublenumber::pow2Of(roundDouble<R>(doublenumber::pow2Of(v, f)), -f);
+  if constexpr (O == OverflowModeEnum::Saturate) {
+    if (v > hi)
+      v = hi;
+    else if (v < lo)
+      v = lo;
+  } else if (v > hi || v < lo) {
+    v = doublenumber::mod(v, w);
+    if constexpr (Signed) {
+      v += lo;
+      if (v < 0.0)
+        v -= lo;
+      else
         v += lo;
-        if (v < 0.0)
-          v -= lo;
-        else
-          v += lo;
-      }
     }
-    x[i] = v;
+  }
+  return v;
+}
+
+template <RoundModeEnum R, OverflowModeEnum O, bool Signed>
+void quantizer::quantizeFixedDoubles(const DoubleBounds& b, double* x, const double* terms,
+                                     std::size_t n) {
+  if (terms == nullptr) {
+    for (std::size_t i = 0; i < n; ++i) x[i] = b.step<R, O, Signed>(x[i]);
+  } else {
+    double sum = *x;
+    for (std::size_t i = 0; i < n; ++i) sum = b.step<R, O, Signed>(sum + terms[i]);
+    *x = sum;
   }
 }
 
-bool quantizer::quantizeDoubles(double* x, std::size_t n) const {
+bool quantizer::doubleKernel(DoubleKernel& kernel, DoubleBounds& bounds) const {
   if (mode_ != Fixed && mode_ != Ufixed) return false;
   for (const number* bound : {&max_, &lowerbound_, &wraparound_})
     if (bound->gettype() != numbertype::doublenumber) return false;
-  using Kernel = void (quantizer::*)(double*, std::size_t) const;
 #define CORBEL_KERNEL_ROW(R, S)                                                        \
   {                                                                                    \
     &quantizer::quantizeFixedDoubles<RoundModeEnum::R, OverflowModeEnum::Saturate, S>, \
         &quantizer::quantizeFixedDoubles<RoundModeEnum::R, OverflowModeEnum::Wrap, S>  \
   }
-  static constexpr Kernel kSigned[][2] = {
+  static constexpr DoubleKernel kSigned[][2] = {
       CORBEL_KERNEL_ROW(Ceil, true),    CORBEL_KERNEL_ROW(Convergent, true),
       CORBEL_KERNEL_ROW(Fix, true),     CORBEL_KERNEL_ROW(Floor, true),
       CORBEL_KERNEL_ROW(Nearest, true), CORBEL_KERNEL_ROW(Round, true),
   };
-  static constexpr Kernel kUnsigned[][2] = {
+  static constexpr DoubleKernel kUnsigned[][2] = {
       CORBEL_KERNEL_ROW(Ceil, false),    CORBEL_KERNEL_ROW(Convergent, false),
       CORBEL_KERNEL_ROW(Fix, false),     CORBEL_KERNEL_ROW(Floor, false),
       CORBEL_KERNEL_ROW(Nearest, false), CORBEL_KERNEL_ROW(Round, false),
@@ -480,7 +485,24 @@ bool quantizer::quantizeDoubles(double* x, std::size_t n) const {
 #undef CORBEL_KERNEL_ROW
   const auto r = static_cast<int>(roundmode_);
   const auto o = static_cast<int>(overflowmode_);
-  (this->*(mode_ == Fixed ? kSigned : kUnsigned)[r][o])(x, n);
+  kernel = (mode_ == Fixed ? kSigned : kUnsigned)[r][o];
+  bounds = {fractionlength_, max_.todouble(), lowerbound_.todouble(), wraparound_.todouble()};
+  return true;
+}
+
+bool quantizer::quantizeDoubles(double* x, std::size_t n) const {
+  DoubleKernel kernel;
+  DoubleBounds bounds;
+  if (!doubleKernel(kernel, bounds)) return false;
+  kernel(bounds, x, nullptr, n);
+  return true;
+}
+
+bool quantizer::accumulateDoubles(double& sum, const double* terms, std::size_t n) const {
+  DoubleKernel kernel;
+  DoubleBounds bounds;
+  if (!doubleKernel(kernel, bounds)) return false;
+  kernel(bounds, &sum, terms, n);
   return true;
 }
 

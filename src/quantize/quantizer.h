@@ -56,6 +56,9 @@ class quantizer {
   // called, so this serves quantization that keeps no log. Returns false, changing
   // nothing, when the settings don't qualify.
   bool quantizeDoubles(double* x, std::size_t n) const;
+  // Adds the n terms into sum one at a time, quantizing after each addition as quantize
+  // would; the same conditions and answer as quantizeDoubles.
+  bool accumulateDoubles(double& sum, const double* terms, std::size_t n) const;
 
   virtual void disp() const;
   // The host types of the modes: all nine ("quantizer Mode"), and the three a fi offers
@@ -181,8 +184,21 @@ class quantizer {
   template <RoundModeEnum R>
   number& quantizeFloat(number& x, const qlogger& log) const;
   number& quantizeDouble(number& x, const qlogger& log) const;
+  // What the double kernels read: the fraction length and the bounds as doubles.
+  struct DoubleBounds {
+    long f;
+    double hi, lo, w;
+    template <RoundModeEnum R, OverflowModeEnum O, bool Signed>
+    double step(double v) const;
+  };
+  // Quantizes x[0..n) in place, or, given terms, adds them one by one into *x.
+  using DoubleKernel = void (*)(const DoubleBounds&, double* x, const double* terms, std::size_t n);
   template <RoundModeEnum R, OverflowModeEnum O, bool Signed>
-  void quantizeFixedDoubles(double* x, std::size_t n) const;
+  static void quantizeFixedDoubles(const DoubleBounds& b, double* x, const double* terms,
+                                   std::size_t n);
+  // The kernel and bounds for the current settings; false when they are not fixed-point
+  // with double bounds.
+  bool doubleKernel(DoubleKernel& kernel, DoubleBounds& bounds) const;
   number& quantizeNone(number& x, const qlogger& log) const;
   number& quantizeScaledDouble(number& x, const qlogger& log) const;
   number& quantizeBoolean(number& x, const qlogger& log) const;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "fi/fi.h"
+#include "host/inprocess_host.h"
 
 namespace corbel {
 namespace {
@@ -47,13 +48,14 @@ void expectSameBits(const fi& fast, const std::vector<double>& slow, const char*
         << slow[static_cast<size_t>(i)];
 }
 
-fi randomArray(std::mt19937_64& rng, int numel, bool issigned, int wl, int fl, const fimath& m) {
+fi randomArray(std::mt19937_64& rng, int numel, bool issigned, int wl, int fl, const fimath& m,
+               int rows = 1) {
   std::uniform_real_distribution<double> spread(-1.5, 1.5);
   const double range = std::ldexp(1.0, wl - fl);
   std::vector<double> v(static_cast<size_t>(numel));
   for (double& x : v) x = spread(rng) * range;
   if (numel > 1) v[0] = 0.0;
-  const int dims[] = {1, numel};
+  const int dims[] = {rows, numel / rows};
   return fi(v.data(), nullptr, dims, 2, NumericType(issigned, wl, fl), m);
 }
 
@@ -100,6 +102,45 @@ TEST(FiBulk, SumsDifferencesAndProductsMatchTheElementOperatorsBitForBit) {
   // The sweep must exercise the fast paths, not fall back everywhere.
   EXPECT_GT(sums, 400);
   EXPECT_GT(products, 200);
+}
+
+// The matrix product against the element path, which logging forces (the logging
+// quantizers round and overflow as the plain ones do; the host takes the warnings).
+TEST(FiBulk, MatrixProductsMatchTheElementPathBitForBit) {
+  InProcessHost host;
+  ScopedHost scope(host);
+  std::mt19937_64 rng(4096);
+  std::uniform_int_distribution<int> wlDist(2, 20), flDist(-4, 24), coin(0, 1), mode(0, 3),
+      size(1, 6);
+  int bulk = 0;
+  for (int trial = 0; trial < 300; ++trial) {
+    fimath m;
+    m.setRoundMode(kRoundModes[trial % 6]);
+    m.setOverflowMode(coin(rng) ? OverflowModeEnum::Wrap : OverflowModeEnum::Saturate);
+    m.setSumMode(kModes[mode(rng)]);
+    m.setProductMode(kModes[mode(rng)]);
+    m.setSumWordLength(wlDist(rng) + 4);
+    m.setSumFractionLength(flDist(rng));
+    m.setProductWordLength(wlDist(rng) + 4);
+    m.setProductFractionLength(flDist(rng));
+    const int rows = size(rng), inner = size(rng), cols = size(rng);
+    const fi a = randomArray(rng, rows * inner, coin(rng), wlDist(rng), flDist(rng), m, rows);
+    const fi b = randomArray(rng, inner * cols, coin(rng), wlDist(rng), flDist(rng), m, inner);
+    if (a.numel() == 1 || b.numel() == 1) continue;  // a scalar makes it an element-wise product
+    const NumericType P = a.getProductTypeForMpyOp(b);
+    const NumericType S = inner == 1 ? P : NumericType(a.getSumNumericTypeForMatrixMultiply(b, P));
+    fi fast(rows, cols, S, m, false);
+    a.initializeProductRegister(S, P, m);
+    if (!a.bulkMatrixProduct(b, fast)) continue;
+    ++bulk;
+    fi::setLogging(true);
+    const auto slow = a.mtimes(b);
+    fi::setLogging(false);
+    std::vector<double> expected;
+    for (int i = 0; i < slow->numel(); ++i) expected.push_back(slow->realdouble(i));
+    expectSameBits(fast, expected, "matrix product");
+  }
+  EXPECT_GT(bulk, 100);
 }
 
 TEST(FiBulk, DeclinesWhatItCannotDoExactly) {
