@@ -114,18 +114,19 @@ class doublenumber final : public numberrepbody, public Pooled<doublenumber> {
   static double floorOf(double x) { return std::floor(x); }
   // Toward zero; a zero result is +0 whatever the sign of the input.
   static double fixOf(double x) { return std::trunc(x) + 0.0; }
-  // floor(x + 1/2): halves go toward +infinity. Written without a branch on the fraction,
-  // which is random in bulk data; at infinities x - floor(x) is NaN and adds nothing.
+  // floor(x + 1/2): halves go toward +infinity. A select rather than a branch on the
+  // fraction, which is random in bulk data; at infinities x - floor(x) is NaN, so they
+  // and zeros of either sign come back as they are.
   static double nearestOf(double x) {
     const double f = std::floor(x);
-    return f + (x - f >= 0.5 ? 1.0 : 0.0);
+    return x - f >= 0.5 ? f + 1.0 : f;
   }
   // Nearest integer, halves to the even neighbour.
   static double convergentOf(double x) {
     const double f = std::floor(x);
     const double d = x - f;
     const bool up = d > 0.5 || (d == 0.5 && std::fmod(f, 2.0) != 0.0);
-    return f + (up ? 1.0 : 0.0);
+    return up ? f + 1.0 : f;
   }
   static double roundOf(double x);
   // Within the normal exponent range 2^n is a double, and one multiplication rounds

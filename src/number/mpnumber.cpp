@@ -303,10 +303,13 @@ numberrepbody& mpnumber::nearest() {
     mpfr_div_2ui(value_, value_, 1, MPFR_RNDN);
     if (half) {
       mpfr_ceil(value_, value_);
+      if (mpfr_zero_p(value_)) mpfr_set_zero(value_, 1);
       return *this;
     }
   }
   mpfr_round(value_, value_);
+  // floor(x + 1/2) of a value in [-1/2, 1/2) is +0, whichever side x came from.
+  if (mpfr_zero_p(value_)) mpfr_set_zero(value_, 1);
   return *this;
 }
 
@@ -316,7 +319,11 @@ numberrepbody& mpnumber::round() {
 }
 
 numberrepbody& mpnumber::convergent() {
-  mpfr_rint(value_, value_, MPFR_RNDN);  // halves to the even neighbour
+  // Halves to the even neighbour. A non-integer that rounds to zero gives +0, as on a
+  // double body.
+  if (!mpfr_number_p(value_) || mpfr_integer_p(value_)) return *this;
+  mpfr_rint(value_, value_, MPFR_RNDN);
+  if (mpfr_zero_p(value_)) mpfr_set_zero(value_, 1);
   return *this;
 }
 

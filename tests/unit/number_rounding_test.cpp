@@ -148,6 +148,20 @@ TEST(NumberRounding, TiesFollowEachModesRule) {
   }
 }
 
+// Zeros carry a sign, and the two bodies must agree on it: a rounding that lands on zero
+// from below gives the same zero on both.
+TEST(NumberRounding, BodiesAgreeOnTheSignOfAZeroResult) {
+  for (double x : {-0.0, -0.25, -0.5, 0.25}) {
+    for (Mode m : kModes) {
+      number d(x), mp(x, 100, false);
+      apply(d, m);
+      apply(mp, m);
+      EXPECT_EQ(std::signbit(d.todouble()), std::signbit(mp.todouble()))
+          << name(m) << "(" << x << ")";
+    }
+  }
+}
+
 TEST(NumberRounding, FixOfAZeroIsPositiveZero) {
   for (double x : {-0.0, -0.25}) {
     for (unsigned long precision : {52ul, 100ul}) {
