@@ -1,5 +1,5 @@
 // Benchmarks of fi arithmetic: element-wise add and multiply of two 10^6-element signed
-// 16-bit fraction 15 arrays (full precision), the same add at 100 bits, and a 64x64 by
+// 16-bit fraction 15 arrays (full precision), the same at 100 bits, and a 64x64 by
 // 64x64 matrix product of 16-bit values; each beside a plain loop doing the same integer
 // arithmetic with rounding and saturation, in the same run. The table after the run gives
 // ns per element (per multiply-add for the matrix product) and the ratio to the plain loop
@@ -23,6 +23,7 @@ namespace {
 
 constexpr int kN = 1000000;
 __extension__ typedef __int128 int128;
+__extension__ typedef unsigned __int128 u128;
 constexpr int kM = 64;
 
 std::vector<double> randomValues(int n, double range, std::uint64_t seed) {
@@ -42,9 +43,10 @@ std::vector<std::int32_t> storedIntegers(const std::vector<double>& v) {
   return out;
 }
 
-fi makeArray(const std::vector<double>& v, int m, int n, int wl, int fl) {
+fi makeArray(const std::vector<double>& v, int m, int n, int wl, int fl,
+             const fimath& math = fimath()) {
   const int dims[] = {m, n};
-  return fi(v.data(), nullptr, dims, 2, NumericType(true, wl, fl), fimath());
+  return fi(v.data(), nullptr, dims, 2, NumericType(true, wl, fl), math);
 }
 
 // ---- s16 fraction 15, 10^6 elements -------------------------------------------------------
@@ -134,6 +136,46 @@ void BM_add100_fi(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(a.plus(b));
 }
 
+// The 200-bit full-precision products of 100-bit stored integers, as sign and magnitude
+// in two 128-bit words: four 64 x 64-bit partial products per element.
+void BM_mul100_plain_loop(benchmark::State& state) {
+  std::mt19937_64 rng(6);
+  const int128 top = (static_cast<int128>(1) << 99) - 1;
+  std::vector<int128> a(kN), b(kN);
+  for (int i = 0; i < kN; ++i) {
+    a[i] = (static_cast<int128>(rng()) << 36) % top;
+    b[i] = -((static_cast<int128>(rng()) << 36) % top);
+  }
+  std::vector<u128> lo(kN), hi(kN);
+  std::vector<bool> negative(kN);
+  for (auto _ : state) {
+    for (int i = 0; i < kN; ++i) {
+      const u128 x = static_cast<u128>(a[i] < 0 ? -a[i] : a[i]);
+      const u128 y = static_cast<u128>(b[i] < 0 ? -b[i] : b[i]);
+      const u128 x0 = static_cast<std::uint64_t>(x), x1 = x >> 64;
+      const u128 y0 = static_cast<std::uint64_t>(y), y1 = y >> 64;
+      const u128 p00 = x0 * y0, p01 = x0 * y1, p10 = x1 * y0, p11 = x1 * y1;
+      const u128 mid =
+          (p00 >> 64) + static_cast<std::uint64_t>(p01) + static_cast<std::uint64_t>(p10);
+      lo[i] = static_cast<std::uint64_t>(p00) | (mid << 64);
+      hi[i] = p11 + (p01 >> 64) + (p10 >> 64) + (mid >> 64);
+      negative[i] = (a[i] < 0) != (b[i] < 0);
+    }
+    benchmark::DoNotOptimize(lo.data());
+    benchmark::DoNotOptimize(hi.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_mul100_fi(benchmark::State& state) {
+  // Full precision needs 200 bits, above the default maximum of 128.
+  fimath wide;
+  wide.setMaxProductWordLength(200);
+  static const fi a = makeArray(va(), 1, kN, 100, 98, wide),
+                  b = makeArray(vb(), 1, kN, 100, 98, wide);
+  for (auto _ : state) benchmark::DoNotOptimize(a.times(b));
+}
+
 // ---- 64x64 by 64x64, 16-bit values ---------------------------------------------------------
 
 void BM_matmul_plain_loop(benchmark::State& state) {
@@ -168,6 +210,8 @@ BENCHMARK(BM_mul_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_mul_fi)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_add100_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_add100_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_mul100_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_mul100_fi)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_matmul_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_matmul_fi)->Unit(benchmark::kMillisecond);
 
