@@ -24,7 +24,7 @@ demo: bootstrap
 bench: bootstrap
 	cmake --preset release
 	cmake --build --preset release
-	for b in build/release/bench_*; do $$b --benchmark_min_time=0.2; done
+	for b in build/release/bench_*; do $$b --benchmark_min_time=1; done
 
 format:
 	clang-format -i $$(git ls-files '*.cpp' '*.h')
