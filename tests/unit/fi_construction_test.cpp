@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "expect_error.h"
 #include "fi/fi.h"
 #include "host/host_error.h"
 #include "host/inprocess_host.h"
@@ -21,17 +22,6 @@ namespace {
 
 using Warnings = std::vector<InProcessHost::Warning>;
 using Mode = DataTypeModeEnum;
-
-template <class F>
-void expect_error(F f, const std::string& id, const std::string& text) {
-  try {
-    f();
-    ADD_FAILURE() << "no error, expected " << id;
-  } catch (const HostError& e) {
-    EXPECT_EQ(e.identifier(), id);
-    EXPECT_EQ(e.text(), text);
-  }
-}
 
 // The exact value of a number as a decimal rational.
 std::string exact(const number& x) {

@@ -9,6 +9,7 @@
 #include <random>
 #include <string>
 
+#include "expect_error.h"
 #include "fi/fi.h"
 #include "host/host_error.h"
 #include "host/inprocess_host.h"
@@ -18,17 +19,6 @@ namespace {
 
 using AM = ArithmeticModeEnum;
 const char* const kModeName[] = {"FullPrecision", "KeepLSB", "KeepMSB", "SpecifyPrecision"};
-
-template <class F>
-void expect_error(F f, const std::string& id, const std::string& text) {
-  try {
-    f();
-    ADD_FAILURE() << "no error, expected " << id;
-  } catch (const HostError& e) {
-    EXPECT_EQ(e.identifier(), id);
-    EXPECT_EQ(e.text(), text);
-  }
-}
 
 std::string sumTooWide(int max, int need) {
   return "MaxSumWordLength is " + std::to_string(max) + " bits and a minimum word length of " +

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "expect_error.h"
 #include "host/host_error.h"
 #include "host/xo_types.h"
 #include "number/mpnumber.h"
@@ -27,17 +28,6 @@ double q(const quantizer& z, double v) {
   number x(v);
   qlogger log;
   return z.quantize(x, log).todouble();
-}
-
-template <class F>
-void expect_error(F f, const std::string& id, const std::string& text) {
-  try {
-    f();
-    ADD_FAILURE() << "no error, expected " << id;
-  } catch (const HostError& e) {
-    EXPECT_EQ(e.identifier(), id);
-    EXPECT_EQ(e.text(), text);
-  }
 }
 
 TEST(Quantizer, ModeTypesListTheirStringsInOrder) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "expect_error.h"
 #include "host/dispatcher.h"
 #include "host/host_error.h"
 #include "host/inprocess_host.h"
@@ -20,17 +21,6 @@ std::vector<std::string> strings_of(const XoEnumStringType* t) {
   std::vector<std::string> out;
   for (const auto& v : t->getValues()) out.push_back(v.text);
   return out;
-}
-
-template <class F>
-void expect_error(F f, const std::string& id, const std::string& text) {
-  try {
-    f();
-    ADD_FAILURE() << "no error, expected " << id;
-  } catch (const HostError& e) {
-    EXPECT_EQ(e.identifier(), id);
-    EXPECT_EQ(e.text(), text);
-  }
 }
 
 TEST(Embedded, EnumeratedTypesAreRegisteredOnceInTableOrder) {

@@ -5,6 +5,7 @@
 #include <random>
 #include <string>
 
+#include "expect_error.h"
 #include "host/host_array.h"
 #include "host/host_error.h"
 #include "host/inprocess_host.h"
@@ -12,17 +13,6 @@
 
 namespace corbel {
 namespace {
-
-template <class F>
-void expect_error(F f, const std::string& id, const std::string& text) {
-  try {
-    f();
-    ADD_FAILURE() << "no error, expected " << id;
-  } catch (const HostError& e) {
-    EXPECT_EQ(e.identifier(), id);
-    EXPECT_EQ(e.text(), text);
-  }
-}
 
 class FimathTest : public ::testing::Test {
  protected:

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string>
 
+#include "expect_error.h"
 #include "host/host_array.h"
 #include "host/host_error.h"
 #include "host/inprocess_host.h"
@@ -14,17 +15,6 @@ namespace corbel {
 namespace {
 
 using Mode = DataTypeModeEnum;
-
-template <class F>
-void expect_error(F f, const std::string& id, const std::string& text) {
-  try {
-    f();
-    ADD_FAILURE() << "no error, expected " << id;
-  } catch (const HostError& e) {
-    EXPECT_EQ(e.identifier(), id);
-    EXPECT_EQ(e.text(), text);
-  }
-}
 
 class BestPrecisionTest : public ::testing::Test {
  protected:

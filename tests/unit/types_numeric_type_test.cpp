@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "expect_error.h"
 #include "host/host_array.h"
 #include "host/host_error.h"
 #include "host/inprocess_host.h"
@@ -28,17 +29,6 @@ bool same_fields(const NumericType& a, const NumericType& b) {
          a.getScaling() == b.getScaling() && a.getSigned() == b.getSigned() &&
          a.getWordLength() == b.getWordLength() && a.getFixedExponent() == b.getFixedExponent() &&
          a.getSlopeAdjustmentFactor() == b.getSlopeAdjustmentFactor() && a.getBias() == b.getBias();
-}
-
-template <class F>
-void expect_error(F f, const std::string& id, const std::string& text) {
-  try {
-    f();
-    ADD_FAILURE() << "no error, expected " << id;
-  } catch (const HostError& e) {
-    EXPECT_EQ(e.identifier(), id);
-    EXPECT_EQ(e.text(), text);
-  }
 }
 
 class NumericTypeTest : public ::testing::Test {
