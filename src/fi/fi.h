@@ -300,6 +300,13 @@ class fi {
   // answers whether the fill went through.
   template <class Fill>
   bool fillDoubles(Fill fill);
+  // The element-wise frame of bulkSum and bulkProduct: gathers both operands block by
+  // block (with scalar expansion), lets combine(x, y, n) form the exact values in x
+  // (false to decline), quantizes them to the register's type and then to T, and makes
+  // them the result's elements; null when it declines.
+  template <class Combine>
+  std::unique_ptr<fi> elementwiseDoubles(const fi& b, const NumericType& T, const fi& reg,
+                                         Combine combine) const;
   // Leaves this operand, b and the result at the current elements where the element path
   // leaves them: each non-scalar at the last element, a scalar at its only one.
   void leaveIndicesAfterElementwise(const fi& b, fi& result) const;

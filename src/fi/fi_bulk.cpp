@@ -48,10 +48,34 @@ bool fi::fillDoubles(Fill fill) {
   return realData_ != nullptr;
 }
 
+template <class Combine>
+std::unique_ptr<fi> fi::elementwiseDoubles(const fi& b, const NumericType& T, const fi& reg,
+                                           Combine combine) const {
+  const fi& shape = shapeOf(*this, b);
+  auto result =
+      std::unique_ptr<fi>(new fi(shape.dims(), shape.ndims(), T, math_, Unfilled::Elements));
+  const quantizer& q = reg.assignQuantizer_;
+  const quantizer& r = result->assignQuantizer_;
+  const int sa = numel_ == 1 ? 0 : 1, sb = b.numel_ == 1 ? 0 : 1;  // scalar expansion
+  double last = 0.0;
+  const auto fill = [&](std::size_t first, std::size_t count, double* out) {
+    const int f = static_cast<int>(first), n = static_cast<int>(count);
+    double y[ElementStorage::kBlock];
+    if (!gather(*this, f, n, sa, out) || !gather(b, f, n, sb, y) || !combine(out, y, count) ||
+        !q.quantizeDoubles(out, count) || !r.quantizeDoubles(out, count))
+      return false;
+    last = out[n - 1];
+    return true;
+  };
+  if (!result->fillDoubles(fill)) return nullptr;
+  // The register is left holding the last value, as the element path leaves it.
+  if (result->numel_ > 0) reg.realData_[0] = last;
+  leaveIndicesAfterElementwise(b, *result);
+  return result;
+}
+
 std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract) const {
-  if (getLogging() || !qualifies(*this) || !qualifies(b) || !T.isFixed() || T.isSlopeBiasScaled() ||
-      T.getWordLength() > kDoubleBits)
-    return nullptr;
+  if (getLogging() || !qualifies(*this) || !qualifies(b) || !fitsDouble(T)) return nullptr;
   if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
   // The exact sum must fit: from the lower grid to one bit above the larger magnitude.
   const bool cast = math_.getCastBeforeSum();
@@ -60,59 +84,28 @@ std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract
                            b.getWordLength() + b.type_.getFixedExponent());
   const int bottom = std::min(left.getFixedExponent(), b.type_.getFixedExponent());
   if (top + 1 - bottom > kDoubleBits) return nullptr;
-
   const fi& reg = *sumRegister_;
   const quantizer& q = reg.assignQuantizer_;
-  auto result = std::unique_ptr<fi>(
-      new fi(shapeOf(*this, b).dims(), shapeOf(*this, b).ndims(), T, math_, Unfilled::Elements));
-  const quantizer& r = result->assignQuantizer_;
-  const int sa = numel_ == 1 ? 0 : 1, sb = b.numel_ == 1 ? 0 : 1;  // scalar expansion
-  double last = 0.0;
-  const auto fill = [&](std::size_t first, std::size_t count, double* out) {
-    const int f = static_cast<int>(first), n = static_cast<int>(count);
-    double y[ElementStorage::kBlock];
-    if (!gather(*this, f, n, sa, out) || !gather(b, f, n, sb, y)) return false;
-    if (cast && !q.quantizeDoubles(out, count)) return false;
+  // With CastBeforeSum the left value is first quantized to the register's type.
+  return elementwiseDoubles(b, T, reg, [&](double* x, const double* y, std::size_t n) {
+    if (cast && !q.quantizeDoubles(x, n)) return false;
     if (subtract)
-      for (int i = 0; i < n; ++i) out[i] -= y[i];
+      for (std::size_t i = 0; i < n; ++i) x[i] -= y[i];
     else
-      for (int i = 0; i < n; ++i) out[i] += y[i];
-    if (!q.quantizeDoubles(out, count) || !r.quantizeDoubles(out, count)) return false;
-    last = out[n - 1];
+      for (std::size_t i = 0; i < n; ++i) x[i] += y[i];
     return true;
-  };
-  if (!result->fillDoubles(fill)) return nullptr;
-  // The register is left holding the last sum, as the element path leaves it.
-  if (result->numel_ > 0) reg.realData_[0] = last;
-  leaveIndicesAfterElementwise(b, *result);
-  return result;
+  });
 }
 
 std::unique_ptr<fi> fi::bulkProduct(const fi& b, const NumericType& P) const {
-  if (getLogging() || !qualifies(*this) || !qualifies(b) || !P.isFixed() || P.isSlopeBiasScaled() ||
-      P.getWordLength() > kDoubleBits || getWordLength() + b.getWordLength() > kDoubleBits)
+  if (getLogging() || !qualifies(*this) || !qualifies(b) || !fitsDouble(P) ||
+      getWordLength() + b.getWordLength() > kDoubleBits)
     return nullptr;
   if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
-  const fi& reg = *productRegister_;
-  const quantizer& q = reg.assignQuantizer_;
-  auto result = std::unique_ptr<fi>(
-      new fi(shapeOf(*this, b).dims(), shapeOf(*this, b).ndims(), P, math_, Unfilled::Elements));
-  const quantizer& r = result->assignQuantizer_;
-  const int sa = numel_ == 1 ? 0 : 1, sb = b.numel_ == 1 ? 0 : 1;
-  double last = 0.0;
-  const auto fill = [&](std::size_t first, std::size_t count, double* out) {
-    const int f = static_cast<int>(first), n = static_cast<int>(count);
-    double y[ElementStorage::kBlock];
-    if (!gather(*this, f, n, sa, out) || !gather(b, f, n, sb, y)) return false;
-    for (int i = 0; i < n; ++i) out[i] *= y[i];
-    if (!q.quantizeDoubles(out, count) || !r.quantizeDoubles(out, count)) return false;
-    last = out[n - 1];
+  return elementwiseDoubles(b, P, *productRegister_, [](double* x, const double* y, std::size_t n) {
+    for (std::size_t i = 0; i < n; ++i) x[i] *= y[i];
     return true;
-  };
-  if (!result->fillDoubles(fill)) return nullptr;
-  if (result->numel_ > 0) reg.realData_[0] = last;
-  leaveIndicesAfterElementwise(b, *result);
-  return result;
+  });
 }
 
 bool fi::bulkMatrixProduct(const fi& b, fi& result) const {
