@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "fi/fi.h"
+#include "ratio_reporter.h"
 
 using namespace corbel;
 
@@ -215,43 +216,14 @@ BENCHMARK(BM_mul100_fi)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_matmul_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_matmul_fi)->Unit(benchmark::kMillisecond);
 
-// Groups by the word after "BM_"; the plain loop of each group is its baseline.
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& r : runs) {
-      if (r.run_type != Run::RT_Iteration) continue;
-      const std::string name = r.benchmark_name();
-      const std::string group = name.substr(3, name.find('_', 3) - 3);
-      const double perOp = group == "matmul" ? double(kM) * kM * kM : double(kN);
-      const double ns = r.GetAdjustedRealTime() * 1e6 / perOp;  // reported in ms
-      if (name.find("plain_loop") != std::string::npos) baseline_[group] = ns;
-      rows_.push_back({name, group, ns});
-    }
-  }
-  void Finalize() override {
-    ConsoleReporter::Finalize();
-    std::printf("\n%-32s %12s %8s\n", "benchmark", "ns/element", "ratio");
-    for (const auto& row : rows_)
-      std::printf("%-32s %12.2f %8.1f\n", row.name.c_str(), row.ns, row.ns / baseline_[row.group]);
-  }
-
- private:
-  struct Row {
-    std::string name, group;
-    double ns;
-  };
-  std::vector<Row> rows_;
-  std::map<std::string, double> baseline_;
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::Shutdown();
-  return 0;
+  // Grouped by the word after "BM_"; the plain loop of each group is its baseline.
+  bench::RatioReporter reporter("element", [](const std::string& name) {
+    const std::string group = name.substr(3, name.find('_', 3) - 3);
+    return bench::Placement{name, group, name.find("plain_loop") != std::string::npos,
+                            group == "matmul" ? double(kM) * kM * kM : double(kN)};
+  });
+  return bench::runWithRatios(argc, argv, reporter);
 }

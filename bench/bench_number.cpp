@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "number/number.h"
+#include "ratio_reporter.h"
 
 using corbel::number;
 
@@ -173,45 +174,17 @@ void register_all() {
   }
 }
 
-// Prints the usual table, then every benchmark's time per item over its baseline's.
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& r : runs) {
-      if (r.run_type != Run::RT_Iteration) continue;
-      std::string name = r.benchmark_name();
-      const auto slash = name.rfind('/');
-      if (name.find('/', name.find('/') + 1) != slash) name = name.substr(0, slash);  // drop /arg
-      times_[name] = r.GetAdjustedRealTime() / static_cast<double>(kN);
-      order_.push_back(name);
-    }
-  }
-  void Finalize() override {
-    ConsoleReporter::Finalize();
-    std::printf("\n%-22s %12s %12s %8s\n", "benchmark", "ns/item", "baseline", "ratio");
-    for (const std::string& name : order_) {
-      if (name.rfind("baseline/", 0) == 0) continue;
-      const std::string base = "baseline" + name.substr(name.find('/'));
-      const auto it = times_.find(base);
-      if (it == times_.end()) continue;
-      std::printf("%-22s %12.2f %12.2f %8.1f\n", name.c_str(), times_[name], it->second,
-                  times_[name] / it->second);
-    }
-  }
-
- private:
-  std::map<std::string, double> times_;
-  std::vector<std::string> order_;
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
   register_all();
-  benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::Shutdown();
-  return 0;
+  // "kind/op/width[/arg]": grouped by op and width, "baseline/..." the baseline of each.
+  corbel::bench::RatioReporter reporter("item", [](const std::string& full) {
+    std::string name = full;
+    const auto slash = name.rfind('/');
+    if (name.find('/', name.find('/') + 1) != slash) name = name.substr(0, slash);  // drop /arg
+    const std::string group = name.substr(name.find('/'));
+    return corbel::bench::Placement{name, group, name.rfind("baseline/", 0) == 0, double(kN)};
+  });
+  return corbel::bench::runWithRatios(argc, argv, reporter);
 }

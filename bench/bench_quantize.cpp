@@ -11,6 +11,7 @@
 
 #include "quantize/loggingquantizer.h"
 #include "quantize/quantizer.h"
+#include "ratio_reporter.h"
 
 using namespace corbel;
 
@@ -29,8 +30,6 @@ const std::vector<double>& inputs() {
   return v;
 }
 
-double baseline_ns = 0;
-
 void BM_baseline_plain_loop(benchmark::State& state) {
   const std::vector<double>& in = inputs();
   std::vector<double> out(kN);
@@ -47,8 +46,7 @@ void BM_baseline_plain_loop(benchmark::State& state) {
 }
 
 // Quantize into numbers that already exist (the steady state of an array assignment).
-void quantize_into(benchmark::State& state, quantizer::ModeEnum mode, int w, int f,
-                   bool logging) {
+void quantize_into(benchmark::State& state, quantizer::ModeEnum mode, int w, int f, bool logging) {
   const std::vector<double>& in = inputs();
   std::vector<number> out(kN, number(0.0, static_cast<unsigned long>(w), false));
   const loggingquantizer q(mode, RoundModeEnum::Nearest, OverflowModeEnum::Saturate, w, f);
@@ -66,7 +64,9 @@ void quantize_into(benchmark::State& state, quantizer::ModeEnum mode, int w, int
   state.SetItemsProcessed(state.iterations() * kN);
 }
 
-void BM_quantizer_s16f15(benchmark::State& s) { quantize_into(s, quantizer::Fixed, 16, 15, false); }
+void BM_quantizer_s16f15(benchmark::State& s) {
+  quantize_into(s, quantizer::Fixed, 16, 15, false);
+}
 void BM_loggingquantizer_s16f15(benchmark::State& s) {
   quantize_into(s, quantizer::Fixed, 16, 15, true);
 }
@@ -79,34 +79,11 @@ BENCHMARK(BM_quantizer_s16f15)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_loggingquantizer_s16f15)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_quantizer_s100f98)->Unit(benchmark::kMillisecond);
 
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& r : runs) {
-      if (r.run_type != Run::RT_Iteration) continue;
-      const double ns = r.GetAdjustedRealTime() * 1e6 / kN;  // reported in ms
-      if (r.benchmark_name() == "BM_baseline_plain_loop") baseline_ns = ns;
-      rows_.push_back({r.benchmark_name(), ns});
-    }
-  }
-  void Finalize() override {
-    ConsoleReporter::Finalize();
-    std::printf("\n%-30s %10s %8s\n", "benchmark", "ns/value", "ratio");
-    for (const auto& [name, ns] : rows_)
-      std::printf("%-30s %10.2f %8.1f\n", name.c_str(), ns, ns / baseline_ns);
-  }
-
- private:
-  std::vector<std::pair<std::string, double>> rows_;
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::Shutdown();
-  return 0;
+  bench::RatioReporter reporter("value", [](const std::string& name) {
+    return bench::Placement{name, "all", name == "BM_baseline_plain_loop", double(kN)};
+  });
+  return bench::runWithRatios(argc, argv, reporter);
 }
