@@ -59,21 +59,30 @@ fi randomArray(std::mt19937_64& rng, int numel, bool issigned, int wl, int fl, c
   return fi(v.data(), nullptr, dims, 2, NumericType(issigned, wl, fl), m);
 }
 
+// Random settings for trial t: every round mode in turn, either overflow mode and
+// CastBeforeSum, any sum and product mode and register format up to maxWordLength + 4 bits.
+fimath randomFimath(std::mt19937_64& rng, int t, int maxWordLength, int maxFraction) {
+  std::uniform_int_distribution<int> wl(2, maxWordLength), fl(-4, maxFraction), coin(0, 1),
+      mode(0, 3);
+  fimath m;
+  m.setRoundMode(kRoundModes[t % 6]);
+  m.setOverflowMode(coin(rng) ? OverflowModeEnum::Wrap : OverflowModeEnum::Saturate);
+  m.setCastBeforeSum(coin(rng) != 0);
+  m.setSumMode(kModes[mode(rng)]);
+  m.setProductMode(kModes[mode(rng)]);
+  m.setSumWordLength(wl(rng) + 4);
+  m.setSumFractionLength(fl(rng));
+  m.setProductWordLength(wl(rng) + 4);
+  m.setProductFractionLength(fl(rng));
+  return m;
+}
+
 TEST(FiBulk, SumsDifferencesAndProductsMatchTheElementOperatorsBitForBit) {
   std::mt19937_64 rng(20261122);
-  std::uniform_int_distribution<int> wlDist(2, 24), flDist(-4, 28), coin(0, 1), mode(0, 3);
+  std::uniform_int_distribution<int> wlDist(2, 24), flDist(-4, 28), coin(0, 1);
   int sums = 0, products = 0;
   for (int trial = 0; trial < 400; ++trial) {
-    fimath m;
-    m.setRoundMode(kRoundModes[trial % 6]);
-    m.setOverflowMode(coin(rng) ? OverflowModeEnum::Wrap : OverflowModeEnum::Saturate);
-    m.setCastBeforeSum(coin(rng) != 0);
-    m.setSumMode(kModes[mode(rng)]);
-    m.setProductMode(kModes[mode(rng)]);
-    m.setSumWordLength(wlDist(rng) + 4);
-    m.setSumFractionLength(flDist(rng));
-    m.setProductWordLength(wlDist(rng) + 4);
-    m.setProductFractionLength(flDist(rng));
+    const fimath m = randomFimath(rng, trial, 24, 28);
     // Scalar expansion on either side now and then.
     const int na = trial % 7 == 0 ? 1 : 37, nb = trial % 5 == 0 ? 1 : 37;
     const fi a = randomArray(rng, na, coin(rng), wlDist(rng), flDist(rng), m);
@@ -110,19 +119,10 @@ TEST(FiBulk, MatrixProductsMatchTheElementPathBitForBit) {
   InProcessHost host;
   ScopedHost scope(host);
   std::mt19937_64 rng(4096);
-  std::uniform_int_distribution<int> wlDist(2, 20), flDist(-4, 24), coin(0, 1), mode(0, 3),
-      size(1, 6);
+  std::uniform_int_distribution<int> wlDist(2, 20), flDist(-4, 24), coin(0, 1), size(1, 6);
   int bulk = 0;
   for (int trial = 0; trial < 300; ++trial) {
-    fimath m;
-    m.setRoundMode(kRoundModes[trial % 6]);
-    m.setOverflowMode(coin(rng) ? OverflowModeEnum::Wrap : OverflowModeEnum::Saturate);
-    m.setSumMode(kModes[mode(rng)]);
-    m.setProductMode(kModes[mode(rng)]);
-    m.setSumWordLength(wlDist(rng) + 4);
-    m.setSumFractionLength(flDist(rng));
-    m.setProductWordLength(wlDist(rng) + 4);
-    m.setProductFractionLength(flDist(rng));
+    const fimath m = randomFimath(rng, trial, 20, 24);
     const int rows = size(rng), inner = size(rng), cols = size(rng);
     const fi a = randomArray(rng, rows * inner, coin(rng), wlDist(rng), flDist(rng), m, rows);
     const fi b = randomArray(rng, inner * cols, coin(rng), wlDist(rng), flDist(rng), m, inner);
