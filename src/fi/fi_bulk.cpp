@@ -1,9 +1,10 @@
-// fi: whole-array sums and products of double-backed binary-point arrays. They take the
-// steps of the element operators in the same order (quantize the left operand to the sum
-// type when CastBeforeSum is on, add or multiply exactly, quantize to the register's type,
-// quantize to the result's type), on raw doubles and through the quantizer's double
-// kernel, so their bits are the element path's bits. They apply only when no log is kept
-// and every value and every exact intermediate fits a double's 53-bit mantissa.
+// fi: whole-array sums, differences, products and matrix products of double-backed
+// binary-point arrays. They take the steps of the element operators in the same order
+// (quantize the left operand to the sum type when CastBeforeSum is on, add or multiply
+// exactly, quantize to the register's type, accumulate with a quantization after each
+// addition, quantize to the result's type), on raw doubles and through the quantizer's
+// double kernels, so their bits are the element path's bits. They apply only when no log
+// is kept and every value and every exact intermediate fits a double's 53-bit mantissa.
 #include <algorithm>
 #include <vector>
 
@@ -26,7 +27,7 @@ const fi& shapeOf(const fi& a, const fi& b) {
 }
 
 bool qualifies(const fi& x) {
-  return x.isreal() && x.isFixed() && !x.isSlopeBiasScaled() && x.getWordLength() <= kDoubleBits;
+  return x.isreal() && fitsDouble(x.getNumericType());
 }
 
 // Reads elements first .. first + count - 1 of x (every one when step is 1, element 0
