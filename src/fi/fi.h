@@ -205,10 +205,10 @@ class fi {
   // element, quantized by this object's assignment quantizer.
   fi& operator=(const fi& b);
 
-  // Whole-array sums and products of double-backed binary-point arrays, bit for bit what
-  // the element operators give, for a result type T (P) whose register is initialized;
-  // null when the operands or the settings do not qualify. plus, minus and times try
-  // these first.
+  // Whole-array sums (real or complex) and real products of double-backed binary-point
+  // arrays, bit for bit what the element operators give, for a result type T (P) whose
+  // register is initialized; null when the operands or the settings do not qualify.
+  // plus, minus and times try these first.
   std::unique_ptr<fi> bulkSum(const fi& b, const NumericType& T, bool subtract) const;
   std::unique_ptr<fi> bulkProduct(const fi& b, const NumericType& P) const;
   // Fills `result`, a new real array of the accumulator's type, with the matrix product,
@@ -296,16 +296,17 @@ class fi {
   // data are null until then.
   enum class Unfilled { Elements };
   fi(const int* dims, int ndims, const NumericType& type, const fimath& math, Unfilled);
-  // Fills an unfilled array whole-array, block by block (see ElementStorage::makeDoubles);
-  // answers whether the fill went through.
+  // Fills the real (or the imaginary) data of an unfilled array whole-array, block by block
+  // (see ElementStorage::makeDoubles); answers whether the fill went through.
   template <class Fill>
-  bool fillDoubles(Fill fill);
+  bool fillDoubles(Fill fill, bool imagPart);
   // The element-wise frame of bulkSum and bulkProduct: gathers both operands block by
   // block (with scalar expansion), lets combine(x, y, n) form the exact values in x
   // (false to decline), quantizes them to the register's type and then to T, and makes
-  // them the result's elements; null when it declines.
+  // them the result's elements, real parts and then imaginary parts; null when it
+  // declines. The register keeps the last value.
   template <class Combine>
-  std::unique_ptr<fi> elementwiseDoubles(const fi& b, const NumericType& T, const fi& reg,
+  std::unique_ptr<fi> elementwiseDoubles(const fi& b, const NumericType& T, fi& reg,
                                          Combine combine) const;
   // Leaves this operand, b and the result at the current elements where the element path
   // leaves them: each non-scalar at the last element, a scalar at its only one.

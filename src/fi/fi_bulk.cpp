@@ -5,6 +5,7 @@
 // addition, quantize to the result's type), on raw doubles and through the quantizer's
 // double kernels, so their bits are the element path's bits. They apply only when no log
 // is kept and every value and every exact intermediate fits a double's 53-bit mantissa.
+// Complex sums are taken part by part; complex products are left to the element path.
 #include <algorithm>
 #include <vector>
 
@@ -30,11 +31,13 @@ bool qualifies(const fi& x) {
   return x.isreal() && fitsDouble(x.getNumericType());
 }
 
-// Reads elements first .. first + count - 1 of x (every one when step is 1, element 0
-// when it is 0) into out; false when one of them is not held in a double.
-bool gather(const fi& x, int first, int count, int step, double* out) {
+// Reads the real (or imaginary) parts of elements first .. first + count - 1 of x (every
+// one when step is 1, element 0 when it is 0) into out; false when one of them is not held
+// in a double. A real array's imaginary parts are its zeros.
+bool gather(const fi& x, int first, int count, int step, double* out, bool imagPart = false) {
   for (int i = 0; i < count; ++i) {
-    const numberrepbody& body = x.real((first + i) * step).gethandle().getbody();
+    const int k = (first + i) * step;
+    const numberrepbody& body = (imagPart ? x.imag(k) : x.real(k)).gethandle().getbody();
     if (body.gettype() != numbertype::doublenumber) return false;
     out[i] = static_cast<const doublenumber&>(body).getelement();
   }
@@ -44,13 +47,15 @@ bool gather(const fi& x, int first, int count, int step, double* out) {
 }  // namespace
 
 template <class Fill>
-bool fi::fillDoubles(Fill fill) {
-  realData_ = ElementStorage::makeDoubles(shared_->elements, fill);
-  return realData_ != nullptr;
+bool fi::fillDoubles(Fill fill, bool imagPart) {
+  number*& target = imagPart ? *imagSlot_ : realData_;
+  target = ElementStorage::makeDoubles(shared_->elements, fill);
+  if (target != nullptr && imagPart) isreal_ = false;
+  return target != nullptr;
 }
 
 template <class Combine>
-std::unique_ptr<fi> fi::elementwiseDoubles(const fi& b, const NumericType& T, const fi& reg,
+std::unique_ptr<fi> fi::elementwiseDoubles(const fi& b, const NumericType& T, fi& reg,
                                            Combine combine) const {
   const fi& shape = shapeOf(*this, b);
   auto result =
@@ -58,25 +63,37 @@ std::unique_ptr<fi> fi::elementwiseDoubles(const fi& b, const NumericType& T, co
   const quantizer& q = reg.assignQuantizer_;
   const quantizer& r = result->assignQuantizer_;
   const int sa = numel_ == 1 ? 0 : 1, sb = b.numel_ == 1 ? 0 : 1;  // scalar expansion
-  double last = 0.0;
-  const auto fill = [&](std::size_t first, std::size_t count, double* out) {
-    const int f = static_cast<int>(first), n = static_cast<int>(count);
-    double y[ElementStorage::kBlock];
-    if (!gather(*this, f, n, sa, out) || !gather(b, f, n, sb, y) || !combine(out, y, count) ||
-        !q.quantizeDoubles(out, count) || !r.quantizeDoubles(out, count))
-      return false;
-    last = out[n - 1];
-    return true;
+  // Real parts, then (for complex operands) imaginary parts, each its own pass.
+  double last[2] = {0.0, 0.0};
+  const auto pass = [&](bool imagPart) {
+    return result->fillDoubles(
+        [&](std::size_t first, std::size_t count, double* out) {
+          const int f = static_cast<int>(first), n = static_cast<int>(count);
+          double y[ElementStorage::kBlock];
+          if (!gather(*this, f, n, sa, out, imagPart) || !gather(b, f, n, sb, y, imagPart) ||
+              !combine(out, y, count) || !q.quantizeDoubles(out, count) ||
+              !r.quantizeDoubles(out, count))
+            return false;
+          last[imagPart] = out[n - 1];
+          return true;
+        },
+        imagPart);
   };
-  if (!result->fillDoubles(fill)) return nullptr;
+  const bool complex = iscomplex() || b.iscomplex();
+  if (!pass(false) || (complex && !pass(true))) return nullptr;
   // The register is left holding the last value, as the element path leaves it.
-  if (result->numel_ > 0) reg.realData_[0] = last;
+  if (complex) reg.coordinateComplexity(true);
+  if (result->numel_ > 0) {
+    reg.realData_[0] = last[0];
+    if (complex) reg.imagRef(0) = last[1];
+  }
   leaveIndicesAfterElementwise(b, *result);
   return result;
 }
 
 std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract) const {
-  if (getLogging() || !qualifies(*this) || !qualifies(b) || !fitsDouble(T)) return nullptr;
+  // Complex sums are two real ones, part by part.
+  if (getLogging() || !fitsDouble(type_) || !fitsDouble(b.type_) || !fitsDouble(T)) return nullptr;
   if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
   // The exact sum must fit: from the lower grid to one bit above the larger magnitude.
   const bool cast = math_.getCastBeforeSum();
@@ -85,7 +102,7 @@ std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract
                            b.getWordLength() + b.type_.getFixedExponent());
   const int bottom = std::min(left.getFixedExponent(), b.type_.getFixedExponent());
   if (top + 1 - bottom > kDoubleBits) return nullptr;
-  const fi& reg = *sumRegister_;
+  fi& reg = *sumRegister_;
   const quantizer& q = reg.assignQuantizer_;
   // With CastBeforeSum the left value is first quantized to the register's type.
   return elementwiseDoubles(b, T, reg, [&](double* x, const double* y, std::size_t n) {

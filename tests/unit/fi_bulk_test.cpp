@@ -20,43 +20,53 @@ constexpr ArithmeticModeEnum kModes[] = {ArithmeticModeEnum::FullPrecision,
                                          ArithmeticModeEnum::KeepLSB, ArithmeticModeEnum::KeepMSB,
                                          ArithmeticModeEnum::SpecifyPrecision};
 
+// Every element's real and imaginary parts, interleaved (a real array's imaginary parts are
+// its zeros).
+std::vector<double> parts(const fi& x) {
+  std::vector<double> out;
+  for (int i = 0; i < x.numel(); ++i) {
+    out.push_back(x.realdouble(i));
+    out.push_back(x.imagdouble(i));
+  }
+  return out;
+}
+
 // The result of an element operator for every element, assigned through the result's
 // quantizer: the path the fast paths must reproduce.
 template <class Op>
 std::vector<double> elementPath(const fi& a, const fi& b, const NumericType& T, Op op) {
   const fi& shape = a.numel() == 1 ? b : a;
-  fi r(shape.dims(), shape.ndims(), T, a.getFimath(), false);
+  fi r(shape.dims(), shape.ndims(), T, a.getFimath(), a.iscomplex() || b.iscomplex());
   a.setIndex(0);
   b.setIndex(0);
-  std::vector<double> out;
   for (int i = 0; i < r.numel(); ++i) {
     if (a.numel() != 1) a.setIndex(i);
     if (b.numel() != 1) b.setIndex(i);
     r.setIndex(i);
     r = op(a, b);
-    out.push_back(r.realdouble(i));
   }
-  return out;
+  return parts(r);
 }
 
 void expectSameBits(const fi& fast, const std::vector<double>& slow, const char* what) {
-  ASSERT_EQ(fast.numel(), static_cast<int>(slow.size())) << what;
-  for (int i = 0; i < fast.numel(); ++i)
-    ASSERT_EQ(std::bit_cast<std::uint64_t>(fast.realdouble(i)),
-              std::bit_cast<std::uint64_t>(slow[static_cast<size_t>(i)]))
-        << what << " element " << i << ": " << fast.realdouble(i) << " vs "
-        << slow[static_cast<size_t>(i)];
+  const std::vector<double> got = parts(fast);
+  ASSERT_EQ(got.size(), slow.size()) << what;
+  for (size_t i = 0; i < got.size(); ++i)
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(got[i]), std::bit_cast<std::uint64_t>(slow[i]))
+        << what << (i % 2 ? " imaginary part " : " real part ") << i / 2 << ": " << got[i] << " vs "
+        << slow[i];
 }
 
 fi randomArray(std::mt19937_64& rng, int numel, bool issigned, int wl, int fl, const fimath& m,
-               int rows = 1) {
+               int rows = 1, bool complex = false) {
   std::uniform_real_distribution<double> spread(-1.5, 1.5);
   const double range = std::ldexp(1.0, wl - fl);
-  std::vector<double> v(static_cast<size_t>(numel));
-  for (double& x : v) x = spread(rng) * range;
-  if (numel > 1) v[0] = 0.0;
+  std::vector<double> re(static_cast<size_t>(numel)), im(re.size());
+  for (double& x : re) x = spread(rng) * range;
+  for (double& x : im) x = spread(rng) * range;
+  if (numel > 1) re[0] = im[1] = 0.0;
   const int dims[] = {rows, numel / rows};
-  return fi(v.data(), nullptr, dims, 2, NumericType(issigned, wl, fl), m);
+  return fi(re.data(), complex ? im.data() : nullptr, dims, 2, NumericType(issigned, wl, fl), m);
 }
 
 // Random settings for trial t: every round mode in turn, either overflow mode and
@@ -80,13 +90,14 @@ fimath randomFimath(std::mt19937_64& rng, int t, int maxWordLength, int maxFract
 TEST(FiBulk, SumsDifferencesAndProductsMatchTheElementOperatorsBitForBit) {
   std::mt19937_64 rng(20261122);
   std::uniform_int_distribution<int> wlDist(2, 24), flDist(-4, 28), coin(0, 1);
-  int sums = 0, products = 0;
+  int sums = 0, complexSums = 0, products = 0;
   for (int trial = 0; trial < 400; ++trial) {
     const fimath m = randomFimath(rng, trial, 24, 28);
     // Scalar expansion on either side now and then.
     const int na = trial % 7 == 0 ? 1 : 37, nb = trial % 5 == 0 ? 1 : 37;
-    const fi a = randomArray(rng, na, coin(rng), wlDist(rng), flDist(rng), m);
-    const fi b = randomArray(rng, nb, coin(rng), wlDist(rng), flDist(rng), m);
+    // Complex operands on either side now and then: their sums run part by part.
+    const fi a = randomArray(rng, na, coin(rng), wlDist(rng), flDist(rng), m, 1, trial % 3 == 1);
+    const fi b = randomArray(rng, nb, coin(rng), wlDist(rng), flDist(rng), m, 1, trial % 4 == 2);
 
     const NumericType T = a.getNumericTypeForAddOp(b);
     for (bool subtract : {false, true}) {
@@ -94,6 +105,8 @@ TEST(FiBulk, SumsDifferencesAndProductsMatchTheElementOperatorsBitForBit) {
       auto fast = a.bulkSum(b, T, subtract);
       if (!fast) continue;  // an exact sum too wide for a double
       ++sums;
+      complexSums += fast->iscomplex();
+      EXPECT_EQ(fast->iscomplex(), a.iscomplex() || b.iscomplex());
       const auto slow = elementPath(a, b, T, [subtract](const fi& x, const fi& y) -> const fi& {
         return subtract ? x - y : x + y;
       });
@@ -110,7 +123,8 @@ TEST(FiBulk, SumsDifferencesAndProductsMatchTheElementOperatorsBitForBit) {
   }
   // The sweep must exercise the fast paths, not fall back everywhere.
   EXPECT_GT(sums, 400);
-  EXPECT_GT(products, 200);
+  EXPECT_GT(complexSums, 150);
+  EXPECT_GT(products, 120);
 }
 
 // The matrix product against the element path, which logging forces (the logging
@@ -136,9 +150,7 @@ TEST(FiBulk, MatrixProductsMatchTheElementPathBitForBit) {
     fi::setLogging(true);
     const auto slow = a.mtimes(b);
     fi::setLogging(false);
-    std::vector<double> expected;
-    for (int i = 0; i < slow->numel(); ++i) expected.push_back(slow->realdouble(i));
-    expectSameBits(fast, expected, "matrix product");
+    expectSameBits(fast, parts(*slow), "matrix product");
   }
   EXPECT_GT(bulk, 100);
 }
@@ -155,8 +167,12 @@ TEST(FiBulk, DeclinesWhatItCannotDoExactly) {
   EXPECT_NE(narrow.bulkSum(narrow, T, false), nullptr);
   wide.initializeSumRegister(wide.getNumericTypeForAddOp(wide), m);
   EXPECT_EQ(wide.bulkSum(wide, wide.getNumericTypeForAddOp(wide), false), nullptr);
+  // Complex sums run part by part; complex products take the element path.
   complex.initializeSumRegister(T, m);
-  EXPECT_EQ(complex.bulkSum(narrow, T, false), nullptr);
+  EXPECT_NE(complex.bulkSum(narrow, T, false), nullptr);
+  const NumericType Pc = complex.getProductTypeForMpyOp(narrow);
+  complex.initializeProductRegister(complex.getSumTypeForMpyOp(narrow, Pc), Pc, m);
+  EXPECT_EQ(complex.bulkProduct(narrow, Pc), nullptr);
   // 32 + 32 product bits do not fit a double's mantissa.
   const fi w32(v, nullptr, dims, 2, NumericType(true, 32, 16), m);
   const NumericType P = w32.getProductTypeForMpyOp(w32);
@@ -177,8 +193,7 @@ TEST(FiBulk, LargeArraysAgreeWithThemselvesAndDeclineLate) {
   a.initializeSumRegister(T, m);
   auto first = a.bulkSum(b, T, false);
   ASSERT_NE(first, nullptr);
-  std::vector<double> firstValues;
-  for (int i = 0; i < n; ++i) firstValues.push_back(first->realdouble(i));
+  const std::vector<double> firstValues = parts(*first);
   first.reset();  // its block goes to the cache and serves the next sum
   auto second = a.bulkSum(b, T, false);
   ASSERT_NE(second, nullptr);
