@@ -54,26 +54,53 @@ int growthBits(int n) {
   return n <= 1 ? 0 : static_cast<int>(std::ceil(std::log2(static_cast<double>(n))));
 }
 
-// A sum's type given its full-precision width, its exponent under KeepLSB and under
-// KeepMSB; FullPrecision is refused beyond the fimath's maximum.
-FixedProps sumProps(const fimath& m, bool issigned, int fullWidth, int lsbExponent, int msbExponent,
-                    bool slopeBias) {
-  switch (m.getSumMode()) {
+// A fimath's settings for one kind of result, sums or products.
+struct ModeSettings {
+  ArithmeticModeEnum mode;
+  int wordLength, maxWordLength, fixedExponent;
+  double slopeAdjustmentFactor, bias;
+  Msg tooWide;  // raised when a full-precision result would exceed maxWordLength
+};
+
+ModeSettings sumSettings(const fimath& m) {
+  return {m.getSumMode(),
+          m.getSumWordLength(),
+          m.getMaxSumWordLength(),
+          m.getSumFixedExponent(),
+          m.getSumSlopeAdjustmentFactor(),
+          m.getSumBias(),
+          Msg::FiMaxSumWordLengthExceeded};
+}
+
+ModeSettings productSettings(const fimath& m) {
+  return {m.getProductMode(),
+          m.getProductWordLength(),
+          m.getMaxProductWordLength(),
+          m.getProductFixedExponent(),
+          m.getProductSlopeAdjustmentFactor(),
+          m.getProductBias(),
+          Msg::FiMaxProductWordLengthExceeded};
+}
+
+// A result's type under the settings' mode, given its full-precision width and its
+// exponent under KeepLSB and under KeepMSB; FullPrecision is refused beyond the maximum.
+FixedProps modeProps(const ModeSettings& s, bool issigned, int fullWidth, int lsbExponent,
+                     int msbExponent, bool slopeBias) {
+  switch (s.mode) {
     case ArithmeticModeEnum::FullPrecision:
-      if (m.getMaxSumWordLength() < fullWidth)
-        raise(Msg::FiMaxSumWordLengthExceeded, m.getMaxSumWordLength(), fullWidth);
+      if (s.maxWordLength < fullWidth) raise(s.tooWide, s.maxWordLength, fullWidth);
       return {issigned, fullWidth, lsbExponent};
     case ArithmeticModeEnum::KeepLSB:
-      return {issigned, m.getSumWordLength(), lsbExponent};
+      return {issigned, s.wordLength, lsbExponent};
     case ArithmeticModeEnum::KeepMSB:
-      return {issigned, m.getSumWordLength(), msbExponent};
+      return {issigned, s.wordLength, msbExponent};
     case ArithmeticModeEnum::SpecifyPrecision:
       break;
   }
-  FixedProps p{issigned, m.getSumWordLength(), m.getSumFixedExponent()};
+  FixedProps p{issigned, s.wordLength, s.fixedExponent};
   if (slopeBias) {
-    p.slopeAdjustmentFactor = m.getSumSlopeAdjustmentFactor();
-    p.bias = m.getSumBias();
+    p.slopeAdjustmentFactor = s.slopeAdjustmentFactor;
+    p.bias = s.bias;
   }
   return p;
 }
@@ -96,7 +123,8 @@ const NumericType& fi::getNumericTypeForAddOp(const fi& b) const {
     const int I = std::max(a.getWordLength() - fa, b.getWordLength() - fb);
     const int F = std::max(fa, fb);
     const bool issigned = a.getSigned() || b.getSigned();
-    return sumProps(math_, issigned, I + 1 + F, -F, I - math_.getSumWordLength() + 1, slopeBias);
+    const ModeSettings settings = sumSettings(math_);
+    return modeProps(settings, issigned, I + 1 + F, -F, I - settings.wordLength + 1, slopeBias);
   });
 }
 
@@ -112,25 +140,9 @@ const NumericType& fi::getProductTypeForMpyOp(const fi& b) const {
     const int fa = -a.type_.getFixedExponent();
     const int fb = -b.type_.getFixedExponent();
     const bool issigned = a.getSigned() || b.getSigned();
-    const int W = math_.getProductWordLength();
-    switch (math_.getProductMode()) {
-      case ArithmeticModeEnum::FullPrecision:
-        if (math_.getMaxProductWordLength() < wa + wb)
-          raise(Msg::FiMaxProductWordLengthExceeded, math_.getMaxProductWordLength(), wa + wb);
-        return FixedProps{issigned, wa + wb, -(fa + fb)};
-      case ArithmeticModeEnum::KeepLSB:
-        return FixedProps{issigned, W, -(fa + fb)};
-      case ArithmeticModeEnum::KeepMSB:
-        return FixedProps{issigned, W, wa + wb - W - fa - fb};
-      case ArithmeticModeEnum::SpecifyPrecision:
-        break;
-    }
-    FixedProps p{issigned, W, math_.getProductFixedExponent()};
-    if (slopeBias) {
-      p.slopeAdjustmentFactor = math_.getProductSlopeAdjustmentFactor();
-      p.bias = math_.getProductBias();
-    }
-    return p;
+    const ModeSettings settings = productSettings(math_);
+    return modeProps(settings, issigned, wa + wb, -(fa + fb),
+                     wa + wb - settings.wordLength - fa - fb, slopeBias);
   });
 }
 
@@ -148,8 +160,9 @@ const NumericType& fi::getSumNumericTypeForMatrixMultiply(const fi& b, const Num
     const int G = growthBits(n);
     const int wP = P.getWordLength();
     const int eP = P.getFixedExponent();
-    return sumProps(math_, P.getSigned(), wP + G, eP, G + wP - math_.getSumWordLength() + eP,
-                    slopeBias);
+    const ModeSettings settings = sumSettings(math_);
+    return modeProps(settings, P.getSigned(), wP + G, eP, G + wP - settings.wordLength + eP,
+                     slopeBias);
   });
 }
 
@@ -158,8 +171,8 @@ const NumericType& fi::getSumTypeForMpyOp(const fi& b, const NumericType& P) con
   return fillCache(sumTypeCache_, dataType, [&] {
     const int wP = P.getWordLength();
     const int eP = P.getFixedExponent();
-    return sumProps(math_, P.getSigned(), wP + 1, eP, wP - math_.getSumWordLength() + eP + 1,
-                    false);
+    const ModeSettings settings = sumSettings(math_);
+    return modeProps(settings, P.getSigned(), wP + 1, eP, wP - settings.wordLength + eP + 1, false);
   });
 }
 

@@ -90,27 +90,22 @@ void warn(Msg m, ...) {
   host_services().warning(row(m).identifier, text);
 }
 
-std::string message_identifier_named(Msg m, std::string_view name) {
+namespace {
+// A pattern identifier with its "%s" filled by `name`.
+std::string identifier_named(Msg m, std::string_view name) {
   std::string id(row(m).identifier);
   const size_t at = id.find("%s");
   if (at != std::string::npos) id.replace(at, 2, name);
   return id;
 }
-
-void raise_named(Msg m, std::string_view name, ...) {
-  va_list args;
-  va_start(args, name);
-  std::string text = vformat(m, args);
-  va_end(args);
-  throw HostError(message_identifier_named(m, name), std::move(text));
-}
+}  // namespace
 
 void warn_named(Msg m, std::string_view name, ...) {
   va_list args;
   va_start(args, name);
   std::string text = vformat(m, args);
   va_end(args);
-  host_services().warning(message_identifier_named(m, name), text);
+  host_services().warning(identifier_named(m, name), text);
 }
 
 void raise_host_error(std::string identifier, std::string text) {

@@ -32,10 +32,8 @@ std::string format_message(Msg m, ...);
 // Issues the catalogue's warning m through the active host.
 void warn(Msg m, ...);
 
-// The same for a message whose identifier is a pattern: its "%s" is filled with `name`.
-[[noreturn]] void raise_named(Msg m, std::string_view name, ...);
+// A warning whose identifier is a pattern: its "%s" is filled with `name`.
 void warn_named(Msg m, std::string_view name, ...);
-std::string message_identifier_named(Msg m, std::string_view name);
 
 // Raises an error whose identifier and text come from the host itself (its last error).
 [[noreturn]] void raise_host_error(std::string identifier, std::string text);

@@ -427,7 +427,6 @@ double roundDouble(double x) {
 
 }  // namespace
 
-// The steps of quantizeFixed, saturate, wrap and uwrap on a double body, one for one.
 // One value through the steps of quantizeFixed, saturate, wrap and uwrap on a double body.
 template <RoundModeEnum R, OverflowModeEnum O, bool Signed>
 inline double quantizer::DoubleBounds::step(double v) const {

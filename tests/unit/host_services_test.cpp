@@ -202,5 +202,26 @@ TEST_F(BuiltinSet, StoresPairsAndRecordsFailuresWithoutRaising) {
             "The built-in method 'set' needs an object as its first input.");
 }
 
+// The compact matrix form: whole numbers without decimals (non-finite values do not stop
+// it), otherwise four decimals; no minus on a value that prints as zero; a third dimension
+// laid out as further columns; complex parts aligned.
+TEST(HostMatrixPrinter, WholeNumbersDecimalsPagesAndComplexParts) {
+  InProcessHost host;
+  host.print_matrix(HostArray::make_double_matrix(2, 2, {1, -20, INFINITY, NAN}));
+  EXPECT_EQ(host.take_console(), "     1   Inf\n   -20   NaN\n");
+  host.print_matrix(HostArray::make_double_matrix(1, 3, {-0.00001, 2.5, -1e10}));
+  EXPECT_EQ(host.take_console(), "             0.0000             2.5000  -10000000000.0000\n");
+  HostArray pages = HostArray::make_numeric(HostClass::Double, {1, 1, 2});
+  pages.real<double>()[0] = 3;
+  pages.real<double>()[1] = -4;
+  host.print_matrix(pages);
+  EXPECT_EQ(host.take_console(), "   3  -4\n");
+  HostArray z = HostArray::make_numeric(HostClass::Double, {1, 2}, Complexity::Complex);
+  z.real<double>()[0] = 1, z.imag<double>()[0] = -12;
+  z.real<double>()[1] = -3, z.imag<double>()[1] = 4;
+  host.print_matrix(z);
+  EXPECT_EQ(host.take_console(), "   1 - 12i  -3 +  4i\n");
+}
+
 }  // namespace
 }  // namespace corbel
