@@ -207,6 +207,18 @@ HostArray construct(std::string_view class_name, std::span<const HostArray> args
   return object;
 }
 
+HostArray duplicate(XoInterface* object) {
+  XoInterface* copy = class_of(object).duplicateInstance(object);
+  if (!copy) raise(Msg::XoConstructionFailed, class_of(object).getPackageClassName().c_str());
+  HostArray result = HostArray::make_object(copy);
+  copy->release();  // the array holds its own reference
+  return result;
+}
+
+std::vector<std::size_t> dims(XoInterface* object) {
+  return class_of(object).getInstanceDims(object);
+}
+
 HostArray get_property(XoInterface* object, std::string_view property) {
   XoPropInfoTemplate& p = find_property(object, property);
   void* value = p.getValue(object);

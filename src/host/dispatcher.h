@@ -26,6 +26,12 @@ XoClass* find_class(std::string_view class_name);
 // that declares none gets every argument as a HostArray*.
 HostArray construct(std::string_view class_name, std::span<const HostArray> args);
 
+// A new instance holding a deep copy of the object, as a 1x1 object-reference array.
+HostArray duplicate(XoInterface* object);
+
+// The dimensions of the object as the host shows them (at least two entries).
+std::vector<std::size_t> dims(XoInterface* object);
+
 // The property's value as a host array (int32 and double as a double scalar, bool as a
 // logical scalar, string and enumerated as text, class types as an object reference).
 HostArray get_property(XoInterface* object, std::string_view property);

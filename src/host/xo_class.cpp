@@ -75,6 +75,14 @@ XoMethodInfo* XoClass::addMethod(std::unique_ptr<XoMethodInfo> method) {
   return methods_.back().get();
 }
 
+XoInterface* XoClass::duplicateInstance(XoInterface*) {
+  raise(Msg::XoCannotCopy, getPackageClassName().c_str());
+}
+
+std::vector<std::size_t> XoClass::getInstanceDims(XoInterface*) const {
+  return {1, 1};
+}
+
 XoPropInfoTemplate* XoClass::findProperty(std::string_view name) const {
   for (const XoClass* c = this; c; c = c->superclass_) {
     for (const auto& p : c->properties_) {

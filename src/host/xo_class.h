@@ -47,6 +47,8 @@ class XoMethodSignature {
 class XoInterface final {
  public:
   static XoInterface* create(XoClass* cls, void* object = nullptr);
+  // The number of instances created and not yet freed, process-wide.
+  static long getLiveCount() { return live_; }
 
   XoClass* getClass() const { return class_; }
   void* getClassSpecificObject() const { return object_; }
@@ -57,8 +59,10 @@ class XoInterface final {
   int getRefCount() const { return count_; }
 
  private:
-  XoInterface(XoClass* cls, void* object) : class_(cls), object_(object) {}
-  ~XoInterface() = default;
+  XoInterface(XoClass* cls, void* object) : class_(cls), object_(object) { ++live_; }
+  ~XoInterface() { --live_; }
+
+  static inline long live_ = 0;
 
   XoClass* class_;
   void* object_;
@@ -168,6 +172,11 @@ class XoClass {
   virtual XoInterface* createClassSpecificObject(XoInterface* instance, void** args, int nargs) = 0;
   // Frees the class-specific object of an instance whose last reference has gone.
   virtual void destroyObject(XoInterface* instance) = 0;
+  // A new instance (holding its one reference) around a deep copy of the instance's object;
+  // a class whose instances cannot be copied refuses with Msg::XoCannotCopy.
+  virtual XoInterface* duplicateInstance(XoInterface* instance);
+  // The dimensions the host shows for an instance: 1x1 unless the class holds arrays.
+  virtual std::vector<std::size_t> getInstanceDims(XoInterface* instance) const;
 
   virtual bool canOtherClassContainThisClass(XoClass*) { return true; }
   virtual bool canThisClassContainOtherClass(XoClass*) { return true; }
