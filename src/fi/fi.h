@@ -163,6 +163,9 @@ class fi {
   void quantizeAll();
 
   PropertyEnum getLastPropertySet() const { return lastPropertySet_; }
+  // A flag the host keeps with the array; it changes nothing here.
+  bool getIsAutoscaled() const { return isautoscaled_; }
+  void setIsAutoscaled(bool v) { isautoscaled_ = v; }
   void setLastPropertySet(PropertyEnum code);
 
   // v -> (v - Bias) / SlopeAdjustmentFactor (as a multiplication by the reciprocal), and
@@ -369,6 +372,7 @@ class fi {
   mutable double fscForTimes_ = 0;
   qlogger filog_;
   PropertyEnum lastPropertySet_ = -1;
+  bool isautoscaled_ = false;
 };
 
 }  // namespace corbel

@@ -26,17 +26,23 @@ constexpr MessageRow kMessages[] = {
 constexpr std::string_view kReportTrailer =
     "\nPlease report this problem to The Quillon so\n"
     "that we have the best chance of correcting it:\n"
-    "write to the Corbel maintainers through the project's issue tracker,\n"
-    "giving the steps that reproduce the problem, the files they need and\n"
-    "every message that was printed.";
+    "\n"
+    "  If the problem is reproducible, send this message to\n"
+    "  the Corbel maintainers through the project's issue tracker,\n"
+    "  with the steps and the files that reproduce the problem\n"
+    "  and every message that was shown.\n"
+    "\n"
+    "  A maintainer will reply to your report.\n"
+    "\n"
+    "Thank you for your assistance.  \n";
 
 const MessageRow& row(Msg m) {
   return kMessages[static_cast<int>(m)];
 }
 
-std::string vformat(Msg m, va_list args) {
-  const MessageRow& r = row(m);
-  std::string fmt(r.format);
+// printf into a string.
+std::string vprint(std::string_view format, va_list args) {
+  std::string fmt(format);
   va_list again;
   va_copy(again, args);
 #pragma GCC diagnostic push
@@ -46,8 +52,12 @@ std::string vformat(Msg m, va_list args) {
   std::vsnprintf(buf.data(), buf.size(), fmt.c_str(), again);
 #pragma GCC diagnostic pop
   va_end(again);
-  std::string text(buf.data(), static_cast<size_t>(n > 0 ? n : 0));
-  if (r.kind == MsgKind::Internal) text += kReportTrailer;
+  return std::string(buf.data(), static_cast<size_t>(n > 0 ? n : 0));
+}
+
+std::string vformat(Msg m, va_list args) {
+  std::string text = vprint(row(m).format, args);
+  if (row(m).kind == MsgKind::Internal) text += kReportTrailer;
   return text;
 }
 
@@ -80,6 +90,18 @@ void raise(Msg m, ...) {
   std::string text = vformat(m, args);
   va_end(args);
   throw HostError(std::string(row(m).identifier), std::move(text));
+}
+
+void raise_patterned(Msg m, ...) {
+  va_list args;
+  va_start(args, m);
+  va_list again;
+  va_copy(again, args);
+  std::string identifier = vprint(row(m).identifier, args);
+  std::string text = vformat(m, again);
+  va_end(again);
+  va_end(args);
+  throw HostError(std::move(identifier), std::move(text));
 }
 
 void warn(Msg m, ...) {

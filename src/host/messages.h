@@ -29,6 +29,10 @@ std::string format_message(Msg m, ...);
 // Raises the catalogue's error m as a HostError.
 [[noreturn]] void raise(Msg m, ...);
 
+// Raises an error whose identifier is a pattern: the identifier and the text are each
+// filled with the same arguments.
+[[noreturn]] void raise_patterned(Msg m, ...);
+
 // Issues the catalogue's warning m through the active host.
 void warn(Msg m, ...);
 

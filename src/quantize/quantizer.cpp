@@ -226,9 +226,10 @@ void quantizer::floatRule() {
   denormalmin_ = power_of_two(exponentmin_ - fractionlength_, precision_, force);
   eps_ = power_of_two(-fractionlength_, precision_, force);
   negativeeps_ = -eps_;
-  // (2 - eps) * 2^exponentmax, built exactly from its two powers of two.
-  max_ = power_of_two(exponentmax_ + 1, precision_, force) -
-         power_of_two(exponentmax_ - fractionlength_, precision_, force);
+  // (2 - eps) * 2^exponentmax. The difference is formed below 2 and then scaled, so that
+  // the largest double of a 64-bit format is not built from 2^1024, which a double lacks.
+  max_ = power_of_two(1, precision_, force) - power_of_two(-fractionlength_, precision_, force);
+  max_.pow2(exponentmax_);
   lowerbound_ = -max_;
   realmin_ = power_of_two(exponentmin_, precision_, force);
   realmax_ = max_;

@@ -31,6 +31,7 @@ class fimath {
          int maxSumWordLength, int sumFractionLength, bool castBeforeSum);
   // The settings of the fimath object a host value holds; anything else is refused.
   explicit fimath(const HostArray& value);
+  static fimath convertFromNorvakArray(const HostArray& value) { return fimath(value); }
 
   RoundModeEnum getRoundMode() const { return roundMode_; }
   OverflowModeEnum getOverflowMode() const { return overflowMode_; }

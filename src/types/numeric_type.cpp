@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include "host/host_array.h"
+#include "host/xo_class.h"
 #include "types/embedded.h"
 
 namespace corbel {
@@ -116,6 +118,15 @@ NumericType::NumericType(DataTypeEnum dataType, ScalingEnum scaling, bool issign
       slopeAdjustmentFactor_(slopeAdjustmentFactor),
       bias_(bias) {
   setDataType(dataType);
+}
+
+NumericType NumericType::convertFromNorvakArray(const HostArray& value) {
+  const XoInterface* object = value.object();
+  if (object == nullptr ||
+      object->getClass()->getPackageClassName() != getNorvakPackageClassName() ||
+      object->getClassSpecificObject() == nullptr)
+    raise(Msg::NumericTypeMustBeNumericType);
+  return *static_cast<const NumericType*>(object->getClassSpecificObject());
 }
 
 const std::string& NumericType::getNorvakPackageClassName() {

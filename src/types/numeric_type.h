@@ -36,6 +36,7 @@ class NumericType {
               double slopeAdjustmentFactor, int fixedExponent, double bias);
   NumericType(const NumericType&) = default;
   NumericType& operator=(const NumericType&) = default;
+  virtual ~NumericType() = default;
   void set(const NumericType& other) { *this = other; }
   // Not used polymorphically; the two virtual queries are part of the host's view.
   virtual bool isAlias() const { return false; }
@@ -78,6 +79,9 @@ class NumericType {
   static XoEnumStringType* getScalingEnum();
 
   static const char* getNorvakClassName() { return "numerictype"; }
+  // The type held by a host value that holds a numerictype object; anything else is
+  // refused.
+  static NumericType convertFromNorvakArray(const HostArray& value);
   static const std::string& getNorvakPackageClassName();
 
   void setDataTypeMode(DataTypeModeEnum mode, bool resetFromFloat);

@@ -27,9 +27,13 @@ TEST(HostMessages, InternalErrorsEndWithTheReportTrailer) {
     const std::string first = "mpnumber::bitset has been called with doublenumber parameters";
     const std::string trailer =
         "\nPlease report this problem to The Quillon so\n"
-        "that we have the best chance of correcting it:";
+        "that we have the best chance of correcting it:\n\n"
+        "  If the problem is reproducible, send this message to\n";
+    const std::string closing = "Thank you for your assistance.  \n";
     EXPECT_EQ(e.text().substr(0, first.size()), first);
     EXPECT_EQ(e.text().substr(first.size(), trailer.size()), trailer);
+    ASSERT_GT(e.text().size(), closing.size());
+    EXPECT_EQ(e.text().substr(e.text().size() - closing.size()), closing);
   }
 }
 

@@ -1,0 +1,201 @@
+// The fi class ("CoreFi"): constructor signatures, instance creation from host values, and
+// the property and method tables of fi_properties.def and fi_methods.def.
+#include "binding/class_objects.h"
+#include "binding/fi_class.h"
+#include "binding/table_templates.h"
+
+namespace corbel {
+namespace {
+
+using namespace binding;
+
+// ---- Property accessors -----------------------------------------------------------------
+
+template <auto Get>
+auto viaType(const fi& f) {
+  return std::invoke(Get, f.getNumericType());
+}
+template <auto Get>
+auto viaFimath(const fi& f) {
+  return std::invoke(Get, f.getFimath());
+}
+// A fimath setting of the fi: the fi takes a changed copy of its fimath (its elements are
+// not quantized again).
+template <class Arg, void (fimath::*Set)(Arg)>
+void setViaFimath(fi& f, Arg v) {
+  fimath math = f.getFimath();
+  (math.*Set)(v);
+  f.setFimath(math);
+}
+
+bool loggingOf(const fi&) {
+  return fi::getLogging();
+}
+void setLoggingOf(fi&, bool on) {
+  fi::setLogging(on);
+}
+// The log's count and the count already reported move together.
+void setNoverflowsOf(fi& f, std::int32_t n) {
+  f.getfilog().setNoverflows(n);
+  f.getfilog().setOldOverflows(n);
+}
+void setNunderflowsOf(fi& f, std::int32_t n) {
+  f.getfilog().setNunderflows(n);
+  f.getfilog().setOldUnderflows(n);
+}
+double maxlogOf(const fi& f) {
+  return f.getMaxLogAsRealWorldValue();
+}
+double minlogOf(const fi& f) {
+  return f.getMinLogAsRealWorldValue();
+}
+void setMaxlogOf(fi& f, double v) {
+  f.getfilog().setMax(number(v));
+}
+void setMinlogOf(fi& f, double v) {
+  f.getfilog().setMin(number(v));
+}
+
+// ---- Method operations ------------------------------------------------------------------
+
+template <bool (NumericType::*Pred)() const>
+HostArray typePredicate(const fi& f) {
+  return HostArray::make_logical((f.getNumericType().*Pred)());
+}
+// A logged extreme, or an empty array when the logging state gives none (after its
+// warning).
+HostArray loggedMax(const fi& f) {
+  return f.reportLoggingState("maxlog") ? HostArray::make_double(f.getMaxLogAsRealWorldValue())
+                                        : HostArray();
+}
+HostArray loggedMin(const fi& f) {
+  return f.reportLoggingState("minlog") ? HostArray::make_double(f.getMinLogAsRealWorldValue())
+                                        : HostArray();
+}
+void displayGlobalLog(const fi&) {
+  fi::displayGlobalLog();
+}
+void resetGlobalLog(const fi&) {
+  fi::resetGlobalLog();
+}
+void resetLog(const fi& f) {
+  f.getfilog().reset();
+}
+
+// (fi) -> object of another class: Get(fi) wrapped in a new instance.
+template <class Kind, auto Get>
+class ObjectMethod : public XoMethodInfo {
+ public:
+  explicit ObjectMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    addSignature().addArgType(self_type<FiXoClass>()).addResultType(Kind::type());
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    outputs[0] = Kind::box(std::invoke(Get, object_of<fi>(static_cast<XoInterface*>(inputs[0]))));
+    *nout = 1;
+  }
+};
+
+// Which logs a binary operation reports into afterwards: the left operand's sum register
+// and the global sum log, its product register and the global product log, or none (the
+// operation reports itself).
+enum class Report { Sum, Product, Itself };
+
+// (fi, fi) -> fi, then the operation's report under the operator's name.
+template <std::unique_ptr<fi> (fi::*Op)(const fi&) const, Report R, FixedString Name>
+class FiBinaryMethod : public XoMethodInfo {
+ public:
+  explicit FiBinaryMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    addSignature().addArgType(self).addArgType(self).addResultType(self);
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    const fi& b = object_of<fi>(static_cast<XoInterface*>(inputs[1]));
+    std::unique_ptr<fi> result = (a.*Op)(b);
+    if constexpr (R != Report::Itself) {
+      if (fi::getLogging()) {
+        const int n = result->numel() * (result->iscomplex() ? 2 : 1);
+        if constexpr (R == Report::Sum) {
+          // Two casts and a sum per element when operands are cast first.
+          const int operations = a.getCastBeforeSum() ? 3 * n : n;
+          fi::reportOperation(a.getsumfilog(), fi::getSumlog(), result->getfilog(), operations,
+                              n, Name.c_str());
+        } else {
+          fi::reportOperation(a.getproductfilog(), fi::getProductlog(), result->getfilog(), n, n,
+                              Name.c_str());
+        }
+      }
+    }
+    outputs[0] = XoInterface::create(FiXoClass::getInstance(), result.release());
+    *nout = 1;
+  }
+};
+
+// The property and method classes, one per row.
+#define CORBEL_FI_PROPERTY(Part, name, ...) using Fi##Part##PropInfo = __VA_ARGS__;
+#include "binding/fi_properties.def"
+#undef CORBEL_FI_PROPERTY
+using FimathPropInfo = FiFimathPropInfo;
+#define CORBEL_FI_METHOD(Part, name, ...) using Fi##Part##MethodInfo = __VA_ARGS__;
+#include "binding/fi_methods.def"
+#undef CORBEL_FI_METHOD
+
+// The default fimath and numeric type of a fi made from a value alone.
+const fimath& defaultFimath() {
+  static const fimath math(RoundModeEnum::Nearest, OverflowModeEnum::Saturate,
+                           PrecisionModeEnum::Arbitrary, ArithmeticModeEnum::FullPrecision, 32, 128,
+                           30, ArithmeticModeEnum::FullPrecision, 32, 128, 30, true);
+  return math;
+}
+const NumericType& defaultNumericType() {
+  static const NumericType type(DataTypeModeEnum::FixedBinaryPoint, true, 16, 1.0, -15, 0.0);
+  return type;
+}
+
+}  // namespace
+
+void FiXoClass::fill() {
+  XoDataType* any = AnyArray::type();
+  constructors_.push_back(&addConstructorSignature());
+  constructors_.push_back(&addConstructorSignature().addArgType(any));
+  constructors_.push_back(&addConstructorSignature().addArgType(any).addArgType(any));
+  constructors_.push_back(&addConstructorSignature().addArgType(any).addArgType(any).addArgType(any));
+#define CORBEL_FI_PROPERTY(Part, name, ...) \
+  addProperty(std::make_unique<Fi##Part##PropInfo>(name));
+#include "binding/fi_properties.def"
+#undef CORBEL_FI_PROPERTY
+#define CORBEL_FI_METHOD(Part, name, ...) addMethod(std::make_unique<Fi##Part##MethodInfo>(name));
+#include "binding/fi_methods.def"
+#undef CORBEL_FI_METHOD
+  addMethod(make_set_method<FiXoClass>("FI"));
+}
+
+std::unique_ptr<fi> FiXoClass::build(void** args, int nargs) {
+  if (nargs > 3) raise(Msg::FiTooManyInputs);
+  if (nargs == 0) return std::make_unique<fi>();
+  const HostArray& value = AnyArray::unbox(args[0]);
+  NumericType type = defaultNumericType();
+  if (nargs >= 2) {
+    type = NumericType::convertFromNorvakArray(AnyArray::unbox(args[1]));
+    if (type.getScaling() == ScalingEnum::Unspecified) type.setBestPrecision(value);
+  }
+  const fimath math =
+      nargs == 3 ? fimath::convertFromNorvakArray(AnyArray::unbox(args[2])) : defaultFimath();
+  return std::make_unique<fi>(value, type, math);
+}
+
+std::vector<std::size_t> FiXoClass::getInstanceDims(XoInterface* instance) const {
+  const fi& f = object_of<fi>(instance);
+  return std::vector<std::size_t>(f.dims(), f.dims() + f.ndims());
+}
+
+void checkDataTypeRule(const char* method, const fi& f, DataTypeRule rule) {
+  const DataTypeEnum type = f.getNumericType().getDataType();
+  const bool allowed =
+      rule == DataTypeRule::FixedOnly ? type == DataTypeEnum::Fixed : type != DataTypeEnum::Boolean;
+  if (allowed) return;
+  const std::string name(enum_to_string(type).value_or(""));
+  raise_patterned(Msg::FiDataTypeNotAllowed, method, name.c_str());
+}
+
+}  // namespace corbel

@@ -1,0 +1,25 @@
+// The out-of-line helpers of the table templates.
+#include "binding/table_templates.h"
+
+#include <cmath>
+
+#include "host/messages.h"
+
+namespace corbel::binding {
+
+XoDataType* repository_type(std::string_view name) {
+  return XoTypeRepository::instance().getType(name);
+}
+
+double evaluate_text(const std::string& text) {
+  HostArray input = HostArray::make_text(text);
+  HostArray output;
+  if (embedded::call_NORVAK_with_trap(1, &output, 1, &input, "eval") != 0)
+    embedded::throw_last_error();
+  const bool scalar = (output.is_numeric() || output.is_logical()) && output.is_scalar() &&
+                      !output.is_complex();
+  if (!scalar) raise(Msg::EvaluatedTextNotScalar, text.c_str());
+  return output.real_as_double(0);
+}
+
+}  // namespace corbel::binding
