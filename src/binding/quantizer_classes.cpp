@@ -114,15 +114,18 @@ using Mode = EnumKind<quantizer::ModeEnum, &quantizer::getModeEnum>;
 
 // A property that follows from the others: reading gives it, setting only warns.
 template <class Kind, auto Get>
-class DerivedProp : public TableProp<Q, Kind, Get> {
+class DerivedProp : public XoPropInfoTemplate {
  public:
-  using TableProp<Q, Kind, Get>::TableProp;
+  explicit DerivedProp(std::string name) : XoPropInfoTemplate(std::move(name), Kind::type()) {}
+  void* getValue(XoInterface* instance) override {
+    return Kind::box(std::invoke(Get, object_of<Q>(instance)));
+  }
   void setValue(XoInterface*, void* value) override {
     if (value == nullptr) return;
-    if (this->getName() == "version") {
+    if (getName() == "version") {
       warn(Msg::QuantizerVersionReadOnly);
     } else {
-      warn(Msg::QuantizerDerivedProperty, this->getName().c_str());
+      warn(Msg::QuantizerDerivedProperty, getName().c_str());
     }
   }
 };
