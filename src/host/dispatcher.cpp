@@ -219,6 +219,10 @@ std::vector<std::size_t> dims(XoInterface* object) {
   return class_of(object).getInstanceDims(object);
 }
 
+bool has_method(XoInterface* object, std::string_view method) {
+  return class_of(object).findMethod(method) != nullptr;
+}
+
 HostArray get_property(XoInterface* object, std::string_view property) {
   XoPropInfoTemplate& p = find_property(object, property);
   void* value = p.getValue(object);

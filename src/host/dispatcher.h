@@ -32,6 +32,9 @@ HostArray duplicate(XoInterface* object);
 // The dimensions of the object as the host shows them (at least two entries).
 std::vector<std::size_t> dims(XoInterface* object);
 
+// Whether the object's class, or a class it derives from, has a method of that name.
+bool has_method(XoInterface* object, std::string_view method);
+
 // The property's value as a host array (int32 and double as a double scalar, bool as a
 // logical scalar, string and enumerated as text, class types as an object reference).
 HostArray get_property(XoInterface* object, std::string_view property);

@@ -6,11 +6,10 @@
 #include <cstdio>
 #include <utility>
 
-#include "host/dispatcher.h"
+#include "host/builtin_set.h"
 #include "host/host_error.h"
 #include "host/messages.h"
 #include "host/numeric_eval.h"
-#include "host/xo_class.h"
 
 namespace corbel {
 namespace {
@@ -31,15 +30,6 @@ void check_counts(std::string_view name, std::span<HostArray> outputs,
   if (static_cast<int>(inputs.size()) != inputs_needed) {
     raise(Msg::HostWrongInputCount, n.c_str(), inputs_needed);
   }
-}
-
-// "[ a | b ]" for an enumerated type, empty otherwise.
-std::string value_choices(const XoDataType& type) {
-  if (type.getKind() != XoTypeKind::EnumString) return {};
-  std::string s = "[";
-  const auto& values = static_cast<const XoEnumStringType&>(type).getValues();
-  for (std::size_t i = 0; i < values.size(); ++i) s += (i ? " | " : " ") + values[i].text;
-  return s + " ]";
 }
 
 // One part of a matrix element: the text of its magnitude and whether a minus goes first.
@@ -178,56 +168,13 @@ int InProcessHost::set_error_mode(int mode) {
 void InProcessHost::call_builtin_method(std::string_view method, std::span<HostArray> outputs,
                                         std::span<const HostArray> inputs, XoErrorStatus& status) {
   try {
-    if (method != "set") raise(Msg::XoUnknownBuiltinMethod, std::string(method).c_str());
-    builtin_set(outputs, inputs);
+    run_builtin_method(*this, method, outputs, inputs);
   } catch (const HostError& e) {
     status.errors.push_back({e.identifier(), e.text()});
     record_error(e.identifier(), e.text());
   } catch (const std::exception& e) {
     status.errors.push_back({"", e.what()});
     record_error("", e.what());
-  }
-}
-
-void InProcessHost::builtin_set(std::span<HostArray> outputs, std::span<const HostArray> inputs) {
-  if (inputs.empty() || !inputs[0].object()) raise(Msg::XoBuiltinNeedsObject, "set");
-  XoInterface* object = inputs[0].object();
-  auto name_of = [](const HostArray& a) {
-    if (!a.is_text()) raise(Msg::XoSetNeedsName);
-    return a.text();
-  };
-
-  if (inputs.size() >= 3) {
-    if (inputs.size() % 2 == 0) raise(Msg::XoSetNeedsPairs);
-    for (std::size_t i = 1; i < inputs.size(); i += 2) {
-      dispatcher::set_property(object, name_of(inputs[i]), inputs[i + 1]);
-    }
-    return;
-  }
-
-  std::string listing;
-  if (inputs.size() == 2) {
-    const std::string name = name_of(inputs[1]);
-    XoPropInfoTemplate* p = object->getClass()->findProperty(name);
-    if (!p) {
-      raise(Msg::XoUnknownProperty, name.c_str(),
-            object->getClass()->getPackageClassName().c_str());
-    }
-    listing = value_choices(*p->getType());
-    if (outputs.empty() && !listing.empty()) listing += "\n";
-  } else {
-    for (const XoClass* c = object->getClass(); c; c = c->getSuperclass()) {
-      for (const auto& p : c->getProperties()) {
-        if (p->isReadOnly() || (p->getFlags() & kXoPropHidden)) continue;
-        const std::string choices = value_choices(*p->getType());
-        listing += "  " + p->getName() + (choices.empty() ? "" : ": " + choices) + "\n";
-      }
-    }
-  }
-  if (outputs.empty()) {
-    print(listing);
-  } else {
-    outputs[0] = HostArray::make_text(listing);
   }
 }
 

@@ -67,11 +67,8 @@ class InProcessHost : public HostServices {
   int set_error_mode(int mode) override;
   int error_mode() const override { return mode_; }
 
-  // The built-in "set": set(obj) lists the settable properties, one per line ("  Name" or
-  // "  Name: [ a | b ]" for an enumerated type); set(obj, name) gives the value strings of
-  // an enumerated property as "[ a | b ]" (empty text for other types); either prints when
-  // no output is asked for and returns the text otherwise. set(obj, name, value, ...)
-  // stores each pair in turn through the dispatcher and stops at the first failure.
+  // The built-in methods (see builtin_set.h); failures are recorded in `status` and become
+  // the last error.
   void call_builtin_method(std::string_view method, std::span<HostArray> outputs,
                            std::span<const HostArray> inputs, XoErrorStatus& status) override;
 
@@ -80,7 +77,6 @@ class InProcessHost : public HostServices {
 
  private:
   void record_error(std::string identifier, std::string message);
-  void builtin_set(std::span<HostArray> outputs, std::span<const HostArray> inputs);
 
   std::FILE* echo_;
   bool record_;
