@@ -1,0 +1,149 @@
+// The Corbel value type: copies, class names, dimensions, properties and display.
+#include "corbel_object.h"
+
+#include <octave/pr-output.h>
+
+#include <iterator>
+
+#include "class_names.h"
+#include "guard.h"
+#include "host/dispatcher.h"
+#include "host/xo_class.h"
+#include "host_values.h"
+#include "octave_host.h"
+
+using namespace corbel;
+using namespace corbel::octave_host;
+
+int octave_corbel_object::s_type_id = -1;
+
+namespace {
+
+// The Octave class name of a value holding no instance (the type's prototype).
+constexpr const char* kNoInstanceName = "corbel_object";
+
+std::string octave_name_of(const XoInterface* object) {
+  return object ? octave_class_name(object->getClass()->getName()) : kNoInstanceName;
+}
+
+}  // namespace
+
+octave_corbel_object::~octave_corbel_object() {
+  if (!m_obj) return;
+  try {
+    m_obj->release();
+  } catch (...) {
+    // A destructor cannot report; the library's own destroy routines do not throw.
+  }
+}
+
+XoInterface* octave_corbel_object::object_of(const octave_value& v) {
+  if (v.type_id() != s_type_id || s_type_id < 0) return nullptr;
+  return static_cast<const octave_corbel_object&>(v.get_rep()).m_obj;
+}
+
+void octave_corbel_object::register_type(octave::type_info& ti) {
+  s_type_id =
+      ti.register_type("corbel_object", "embedded", octave_value(new octave_corbel_object()));
+}
+
+octave_base_value* octave_corbel_object::clone() const {
+  if (!m_obj) return new octave_corbel_object();
+  return guarded([&] {
+    HostArray copy = dispatcher::duplicate(m_obj);
+    return new octave_corbel_object(copy.detach_object());
+  });
+}
+
+octave_base_value* octave_corbel_object::empty_clone() const {
+  octave_raise(Msg::OctaveIndexingNotSupported, class_name().c_str());
+}
+
+std::string octave_corbel_object::class_name() const {
+  return octave_name_of(m_obj);
+}
+
+dim_vector octave_corbel_object::dims() const {
+  if (!m_obj) return dim_vector(0, 0);
+  return guarded([&] { return to_dim_vector(dispatcher::dims(m_obj)); });
+}
+
+bool octave_corbel_object::is_true() const {
+  octave_raise(Msg::OctaveNotACondition, class_name().c_str());
+}
+
+octave_value octave_corbel_object::get(const std::string& property) const {
+  return to_octave(dispatcher::get_property(m_obj, property));
+}
+
+void octave_corbel_object::set(const std::string& property, const octave_value& value) {
+  make_instance_unique();
+  dispatcher::set_property(m_obj, property, to_host(value));
+}
+
+void octave_corbel_object::make_instance_unique() {
+  if (m_obj->getRefCount() == 1) return;
+  HostArray copy = dispatcher::duplicate(m_obj);
+  m_obj->release();
+  m_obj = copy.detach_object();
+}
+
+octave_value octave_corbel_object::subsref(const std::string& type,
+                                           const std::list<octave_value_list>& idx) {
+  const std::string cls = class_name();
+  octave_value value = guarded([&] {
+    if (!m_obj) raise(Msg::OctaveNeedsObject, "subsref");
+    if (type[0] == '(') raise(Msg::OctaveIndexingNotSupported, cls.c_str());
+    if (type[0] == '{') raise(Msg::OctaveBraceIndexing, cls.c_str());
+    return get(idx.front()(0).xstring_value("a property name must be text"));
+  });
+  return value.next_subsref(type, idx);
+}
+
+octave_value octave_corbel_object::subsasgn(const std::string& type,
+                                            const std::list<octave_value_list>& idx,
+                                            const octave_value& rhs) {
+  const std::string cls = class_name();
+  guarded([&] {
+    if (!m_obj) raise(Msg::OctaveNeedsObject, "subsasgn");
+    if (type[0] == '(') raise(Msg::OctaveIndexingNotSupported, cls.c_str());
+    if (type[0] == '{') raise(Msg::OctaveBraceIndexing, cls.c_str());
+    const std::string name = idx.front()(0).xstring_value("a property name must be text");
+    if (type.size() == 1) {
+      set(name, rhs);
+      return;
+    }
+    // 'a.P(2) = v', 'a.P.Q = v': change a copy of the property's value, then store it back.
+    octave_value part = get(name);
+    const std::list<octave_value_list> rest(std::next(idx.begin()), idx.end());
+    part = part.subsasgn(type.substr(1), rest, rhs);
+    set(name, part);
+  });
+  return octave_value(this, true);
+}
+
+octave_value octave_corbel_object::resize(const dim_vector&, bool) const {
+  // Octave resizes the first element of '[a, b]' before it concatenates.
+  octave_raise(Msg::OctaveConcatenationNotSupported, class_name().c_str());
+}
+
+void octave_corbel_object::print(std::ostream& os, bool pr_as_read_syntax) {
+  print_raw(os, pr_as_read_syntax);
+  newline(os);
+}
+
+void octave_corbel_object::print_raw(std::ostream& os, bool) const {
+  if (!m_obj) return;
+  guarded([&] {
+    OutputTo redirect(os);
+    dispatcher::invoke("disp", std::vector<HostArray>{HostArray::make_object(m_obj)}, 0);
+  });
+}
+
+bool octave_corbel_object::print_name_tag(std::ostream& os, const std::string& name) const {
+  indent(os);
+  os << name << " =";
+  newline(os);
+  if (!Vcompact_format) newline(os);
+  return true;
+}

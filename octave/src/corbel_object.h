@@ -1,0 +1,74 @@
+// octave_corbel_object: the one Octave value type of every Corbel class. It holds one
+// reference on an instance of the object system; Octave's reference counting shares a value
+// between variables, and clone() (which Octave calls before changing a shared value) makes a
+// deep copy, so 'b = a; b.WordLength = 8' leaves a as it was.
+#pragma once
+
+#include <octave/oct.h>
+#include <octave/ov-base.h>
+#include <octave/ov-typeinfo.h>
+
+#include <list>
+#include <string>
+
+namespace corbel {
+class XoInterface;
+}
+
+class octave_corbel_object : public octave_base_value {
+ public:
+  // The prototype Octave keeps in its type table: holds no instance.
+  octave_corbel_object() = default;
+  // Takes over one reference on `object`.
+  explicit octave_corbel_object(corbel::XoInterface* object) : m_obj(object) {}
+  ~octave_corbel_object();
+  octave_corbel_object(const octave_corbel_object&) = delete;
+  octave_corbel_object& operator=(const octave_corbel_object&) = delete;
+
+  // The instance a value holds (borrowed), or null when the value is not a Corbel object.
+  static corbel::XoInterface* object_of(const octave_value& v);
+  corbel::XoInterface* object() const { return m_obj; }
+
+  octave_base_value* clone() const override;
+  // Octave asks for an empty value of the type before assigning into elements of a variable
+  // that does not exist yet ('x(2) = a'); element assignment is refused there.
+  octave_base_value* empty_clone() const override;
+
+  static void register_type(octave::type_info& ti);
+  static int static_type_id() { return s_type_id; }
+  int type_id() const override { return s_type_id; }
+  std::string type_name() const override { return "corbel_object"; }
+  // "embedded.fi", "embedded.fimath", ...: class(), isa and method dispatch follow it.
+  std::string class_name() const override;
+
+  bool is_defined() const override { return true; }
+  dim_vector dims() const override;
+  // 'a.Prop = v' asks for the number of elements the dot assigns to: one object.
+  octave_idx_type xnumel(const octave_value_list& idx) override {
+    return idx.empty() ? 1 : octave_base_value::xnumel(idx);
+  }
+  bool is_true() const override;
+
+  octave_value subsref(const std::string& type, const std::list<octave_value_list>& idx) override;
+  octave_value_list subsref(const std::string& type, const std::list<octave_value_list>& idx,
+                            int) override {
+    return subsref(type, idx);
+  }
+  octave_value subsasgn(const std::string& type, const std::list<octave_value_list>& idx,
+                        const octave_value& rhs) override;
+  octave_value resize(const dim_vector&, bool = false) const override;
+
+  void print(std::ostream& os, bool pr_as_read_syntax = false) override;
+  void print_raw(std::ostream& os, bool pr_as_read_syntax = false) const override;
+  bool print_name_tag(std::ostream& os, const std::string& name) const override;
+
+ private:
+  octave_value get(const std::string& property) const;
+  void set(const std::string& property, const octave_value& value);
+  // Makes the instance this value's own before it is changed in place: the library may
+  // hold further references to it (an object stored in another object's property).
+  void make_instance_unique();
+
+  corbel::XoInterface* m_obj = nullptr;
+  static int s_type_id;
+};

@@ -1,0 +1,156 @@
+// The operator functions of the Corbel value type and their installation.
+#include "operators.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "corbel_object.h"
+#include "guard.h"
+#include "host/dispatcher.h"
+#include "host/xo_class.h"
+#include "host_values.h"
+
+namespace corbel::octave_host {
+namespace {
+
+using Binary = octave_value::binary_op;
+using Unary = octave_value::unary_op;
+
+// The method behind a binary operator on two Corbel values; null when there is none.
+constexpr const char* method_of(Binary op) {
+  switch (op) {
+    case octave_value::op_add:
+      return "plus";
+    case octave_value::op_sub:
+      return "minus";
+    case octave_value::op_el_mul:
+      return "times";
+    case octave_value::op_mul:
+      return "mtimes";
+    default:
+      return nullptr;
+  }
+}
+
+XoInterface* object_in(const octave_base_value& v) {
+  if (v.type_id() != octave_corbel_object::static_type_id()) return nullptr;
+  return static_cast<const octave_corbel_object&>(v).object();
+}
+
+[[noreturn]] void refuse(Binary op, const octave_base_value& a, const octave_base_value& b) {
+  octave_raise(Msg::OctaveOperatorNotSupported, octave_value::binary_op_as_string(op).c_str(),
+               a.class_name().c_str(), b.class_name().c_str());
+}
+
+// Whether the class of `object` has the method; remembered for the last class asked about,
+// since one loop usually applies one operator to one class.
+template <Binary Op>
+bool class_has_method(XoInterface* object) {
+  static const XoClass* last_class = nullptr;
+  static bool last_answer = false;
+  if (object->getClass() != last_class) {
+    last_answer = dispatcher::has_method(object, method_of(Op));
+    last_class = object->getClass();
+  }
+  return last_answer;
+}
+
+template <Binary Op>
+octave_value corbel_binary(const octave_base_value& a, const octave_base_value& b) {
+  XoInterface* x = object_in(a);
+  XoInterface* y = object_in(b);
+  if constexpr (method_of(Op) == nullptr) {
+    refuse(Op, a, b);
+  } else {
+    if (!x || !y || x->getClass() != y->getClass() || !class_has_method<Op>(x)) refuse(Op, a, b);
+    return guarded([&] {
+      const std::array<HostArray, 2> args{HostArray::make_object(x), HostArray::make_object(y)};
+      std::vector<HostArray> results = dispatcher::invoke(method_of(Op), args, 1);
+      return to_octave(std::move(results.at(0)));
+    });
+  }
+}
+
+template <Binary Op>
+octave_value mixed_binary(const octave_base_value& a, const octave_base_value& b) {
+  refuse(Op, a, b);
+}
+
+template <Unary Op>
+octave_value corbel_unary(const octave_base_value& a) {
+  octave_raise(Msg::OctaveUnaryOperatorNotSupported, octave_value::unary_op_as_string(Op).c_str(),
+               a.class_name().c_str());
+}
+
+octave_value refuse_concatenation(const octave_base_value& acc, const octave_base_value& elt,
+                                  const Array<octave_idx_type>&) {
+  const octave_base_value& corbel = object_in(elt) ? elt : acc;
+  octave_raise(Msg::OctaveConcatenationNotSupported, corbel.class_name().c_str());
+}
+
+octave_value refuse_assignment(octave_base_value& lhs, const octave_value_list&,
+                               const octave_base_value& rhs) {
+  octave_raise(Msg::OctaveAssignmentNotSupported, rhs.class_name().c_str(),
+               lhs.class_name().c_str());
+}
+
+// The built-in value types a Corbel value may meet as an operand: numbers of every class and
+// shape, logical values and text (not cells, structs, functions or class objects).
+bool is_builtin_value_type(std::string_view name) {
+  constexpr std::string_view others[] = {
+      "range",     "double_range", "bool",        "string",         "sq_string",
+      "magic_int", "magic_uint",   "null_string", "null_sq_string", "lazy_index"};
+  if (name.ends_with("scalar") || name.ends_with("matrix")) return true;
+  for (std::string_view o : others) {
+    if (name == o) return true;
+  }
+  return false;
+}
+
+template <std::size_t... Op>
+void install_binary(octave::type_info& ti, int me, int other, std::index_sequence<Op...>) {
+  if (other == me) {
+    (ti.install_binary_op(static_cast<Binary>(Op), me, me, corbel_binary<static_cast<Binary>(Op)>),
+     ...);
+  } else {
+    (ti.install_binary_op(static_cast<Binary>(Op), me, other,
+                          mixed_binary<static_cast<Binary>(Op)>),
+     ...);
+    (ti.install_binary_op(static_cast<Binary>(Op), other, me,
+                          mixed_binary<static_cast<Binary>(Op)>),
+     ...);
+  }
+}
+
+template <std::size_t... Op>
+void install_unary(octave::type_info& ti, int me, std::index_sequence<Op...>) {
+  (ti.install_unary_op(static_cast<Unary>(Op), me, corbel_unary<static_cast<Unary>(Op)>), ...);
+}
+
+// Every binary operator up to the element-wise 'or' (the struct reference after it is not
+// an operator a user writes), and every unary operator that leaves its operand unchanged.
+using BinaryOps = std::make_index_sequence<octave_value::op_el_or + 1>;
+using UnaryOps = std::make_index_sequence<octave_value::op_hermitian + 1>;
+
+}  // namespace
+
+void install_operators(octave::type_info& ti) {
+  const int me = octave_corbel_object::static_type_id();
+  install_binary(ti, me, me, BinaryOps{});
+  install_unary(ti, me, UnaryOps{});
+  ti.install_cat_op(me, me, refuse_concatenation);
+
+  const string_vector names = ti.installed_type_names();  // index == type id
+  for (octave_idx_type t = 0; t < names.numel(); ++t) {
+    if (t == me || !is_builtin_value_type(names(t))) continue;
+    const int other = static_cast<int>(t);
+    install_binary(ti, me, other, BinaryOps{});
+    ti.install_cat_op(me, other, refuse_concatenation);
+    ti.install_cat_op(other, me, refuse_concatenation);
+    ti.install_assign_op(octave_value::op_asn_eq, other, me, refuse_assignment);
+  }
+}
+
+}  // namespace corbel::octave_host
