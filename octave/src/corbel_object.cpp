@@ -135,8 +135,21 @@ void octave_corbel_object::print(std::ostream& os, bool pr_as_read_syntax) {
 void octave_corbel_object::print_raw(std::ostream& os, bool) const {
   if (!m_obj) return;
   guarded([&] {
-    OutputTo redirect(os);
-    dispatcher::invoke("disp", std::vector<HostArray>{HostArray::make_object(m_obj)}, 0);
+    if (dispatcher::has_method(m_obj, "disp")) {
+      OutputTo redirect(os);
+      dispatcher::invoke("disp", std::vector<HostArray>{HostArray::make_object(m_obj)}, 0);
+      return;
+    }
+    // A class without its own display shows its properties as a struct would.
+    octave_scalar_map fields;
+    for (const auto& p : dispatcher::describe(*m_obj->getClass()).properties) {
+      try {
+        fields.assign(p.name, get(p.name));
+      } catch (const HostError&) {
+        // A property that cannot be read now is left out of the display.
+      }
+    }
+    octave_value(fields).print_raw(os);
   });
 }
 

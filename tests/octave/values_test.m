@@ -68,6 +68,8 @@
 %! s.f = v;
 %! assert (! isempty (strfind (evalc ("s"), "WordLength: 16")));
 %! assert (! isempty (strfind (evalc ("c = {v}"), "FractionLength: 15")));
+%! ## A class without a display of its own shows its properties.
+%! assert (! isempty (strfind (disp (__corbel_new__ ("qloggerstruct")), "NOverflows = 0")));
 %! format long
 %! unwind_protect
 %!   assert (strncmp (disp (v), "   0.500000000000000\n", 21));
