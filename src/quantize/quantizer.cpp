@@ -145,7 +145,72 @@ bool quantizer::isequal(const quantizer& other) const {
 
 // --- Grid constants ----------------------------------------------------------------------
 
+// The grid constants follow from the mode and the format alone, and building them takes
+// far longer than copying them; every fi builds two quantizers, so the grids of the last
+// few settings are kept and copied. The cache lives until the process ends (it is never
+// destroyed, so that no number outlives the number pools at exit).
+namespace {
+struct RememberedGrid {
+  quantizer::ModeEnum mode;
+  quantizer::RealPoint format;
+  const quantizer* grid = nullptr;
+};
+constexpr std::size_t kRememberedGrids = 16;
+RememberedGrid* rememberedGrids() {
+  static RememberedGrid* const grids = new RememberedGrid[kRememberedGrids];
+  return grids;
+}
+std::size_t nextGridSlot = 0;
+}  // namespace
+
+bool quantizer::reuseGrid() {
+  const RememberedGrid* grids = rememberedGrids();
+  for (std::size_t i = 0; i < kRememberedGrids; ++i) {
+    if (grids[i].grid != nullptr && grids[i].mode == mode_ && grids[i].format == format_) {
+      copyGrid(*grids[i].grid);
+      return true;
+    }
+  }
+  return false;
+}
+
+void quantizer::rememberGrid(RealPoint format) {
+  RememberedGrid& slot = rememberedGrids()[nextGridSlot];
+  nextGridSlot = (nextGridSlot + 1) % kRememberedGrids;
+  auto* grid = new quantizer(*this);
+  delete slot.grid;
+  slot = {mode_, format, grid};
+}
+
+void quantizer::copyGrid(const quantizer& from) {
+  format_ = from.format_;
+  wordlength_ = from.wordlength_;
+  fractionlength_ = from.fractionlength_;
+  precision_ = from.precision_;
+  max_ = from.max_;
+  lowerbound_ = from.lowerbound_;
+  realmax_ = from.realmax_;
+  negativerealmax_ = from.negativerealmax_;
+  realmin_ = from.realmin_;
+  eps_ = from.eps_;
+  negativeeps_ = from.negativeeps_;
+  wraparound_ = from.wraparound_;
+  exponentlength_ = from.exponentlength_;
+  exponentmax_ = from.exponentmax_;
+  exponentmin_ = from.exponentmin_;
+  denormalmin_ = from.denormalmin_;
+}
+
 void quantizer::updateparameters() {
+  if (!reuseGrid()) {
+    const RealPoint asked = format_;
+    computeGrid();
+    rememberGrid(asked);
+  }
+  updatequantizer();
+}
+
+void quantizer::computeGrid() {
   switch (mode_) {
     case Double:
     case None:
@@ -172,7 +237,6 @@ void quantizer::updateparameters() {
       unsignedFixedRule();
       break;
   }
-  updatequantizer();
 }
 
 void quantizer::fixedBounds(double w, double f) {

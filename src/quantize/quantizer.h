@@ -170,6 +170,12 @@ class quantizer {
  private:
   // Widens an overflowing value to the word length before a step stores into it.
   void holdWholeWord(number& x) const;
+  // The grid constants of the mode and format: computed, or copied from a quantizer that
+  // computed them for the same settings.
+  void computeGrid();
+  bool reuseGrid();
+  void rememberGrid(RealPoint askedFormat);
+  void copyGrid(const quantizer& from);
   void signedFixedRule();
   void unsignedFixedRule();
   void floatRule();

@@ -5,6 +5,7 @@
 #include <mpfr.h>
 
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <random>
 #include <string>
@@ -171,6 +172,47 @@ TEST(Quantizer, DoubleNoneAndScaledDoubleLeaveValues) {
   EXPECT_EQ(sd.getNoverflows(), 1);
   EXPECT_EQ(sd.getNunderflows(), 1);
   EXPECT_EQ(sd.getNoperations(), 2);
+}
+
+// A quantizer whose grid is copied from an earlier one with the same settings has every
+// bound bit for bit as the one that computed it; the largest double is a 64-bit float
+// format's largest value.
+TEST(Quantizer, RememberedGridsEqualComputedOnes) {
+  struct Settings {
+    quantizer::ModeEnum mode;
+    int first, second;
+  };
+  const Settings sweep[] = {{quantizer::Fixed, 16, 15},  {quantizer::Fixed, 1, 0},
+                            {quantizer::Fixed, 200, 77}, {quantizer::Ufixed, 8, -3},
+                            {quantizer::Ufixed, 53, 60}, {quantizer::Float, 16, 5},
+                            {quantizer::Float, 120, 15}, {quantizer::Double, 0, 0},
+                            {quantizer::Single, 0, 0},   {quantizer::Boolean, 0, 0},
+                            {quantizer::ScaledDouble, 24, 30}};
+  auto same = [](const number& a, const number& b) {
+    return a.getprecision() == b.getprecision() && a == b;
+  };
+  for (const Settings& s : sweep) {
+    const quantizer computed(s.mode, RoundModeEnum::Floor, OverflowModeEnum::Wrap, s.first,
+                             s.second);
+    const quantizer copied(s.mode, RoundModeEnum::Nearest, OverflowModeEnum::Saturate, s.first,
+                           s.second);
+    SCOPED_TRACE(quantizer::mode_string(s.mode));
+    EXPECT_EQ(copied.getFormat(), computed.getFormat());
+    EXPECT_EQ(copied.getWordlength(), computed.getWordlength());
+    EXPECT_EQ(copied.getFractionlength(), computed.getFractionlength());
+    EXPECT_EQ(copied.getPrecision(), computed.getPrecision());
+    EXPECT_EQ(copied.getExponentlength(), computed.getExponentlength());
+    EXPECT_EQ(copied.getExponentmin(), computed.getExponentmin());
+    EXPECT_EQ(copied.getExponentmax(), computed.getExponentmax());
+    for (auto get : {&quantizer::getMax, &quantizer::getLowerBound, &quantizer::getRealmax,
+                     &quantizer::getRealmin, &quantizer::getEps, &quantizer::getNegativeEps,
+                     &quantizer::getWrapAround, &quantizer::getDenormalmin}) {
+      EXPECT_TRUE(same((copied.*get)(), (computed.*get)()));
+    }
+  }
+  const quantizer d(quantizer::Double, RoundModeEnum::Floor, OverflowModeEnum::Wrap, 0, 0);
+  EXPECT_EQ(d.getRealmax().todouble(), std::numeric_limits<double>::max());
+  EXPECT_EQ(d.getLowerBound().todouble(), -std::numeric_limits<double>::max());
 }
 
 TEST(Quantizer, SettingErrorsKeepTheSettings) {
