@@ -158,3 +158,15 @@ DEFMETHOD_DLD(__corbel_methods__, interp, args, ,
   for (const auto& m : listing.methods) names.push_back(m.name);
   return ovl(column_of(names));
 }
+
+DEFMETHOD_DLD(__corbel_error__, interp, args, ,
+              "-*- texinfo -*-\n@deftypefn {} {} __corbel_error__ (@var{name}, @var{text})\n"
+              "Raise the message catalogue's error @var{name}, with an optional text argument: "
+              "the way the M-file layer raises its errors.\n@end deftypefn") {
+  register_once(interp);
+  const std::string name = name_argument(args, "__corbel_error__", "message");
+  const std::optional<Msg> m = message_named(name);
+  if (!m) octave_raise(Msg::OctaveUnknownMessage, name.c_str());
+  const std::string text = args.length() > 1 && args(1).is_string() ? args(1).string_value() : "";
+  octave_raise(*m, text.c_str());
+}

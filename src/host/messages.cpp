@@ -63,6 +63,17 @@ std::string vformat(Msg m, va_list args) {
 
 }  // namespace
 
+std::optional<Msg> message_named(std::string_view name) {
+  static constexpr std::string_view kNames[] = {
+#define CORBEL_MESSAGE(name, kind, identifier, text) #name,
+#include "host/messages.def"
+#undef CORBEL_MESSAGE
+  };
+  for (std::size_t i = 0; i < std::size(kNames); ++i)
+    if (kNames[i] == name) return static_cast<Msg>(i);
+  return std::nullopt;
+}
+
 std::string_view message_identifier(Msg m) {
   return row(m).identifier;
 }

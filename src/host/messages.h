@@ -2,6 +2,7 @@
 // warn path for warnings. No other file spells a message identifier.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,8 @@ enum class Msg : int {
 enum class MsgKind { Error, Warning, Internal };
 
 std::string_view message_identifier(Msg m);
+// The message whose row is named `name` ("FiTooManyInputs"), if there is one.
+std::optional<Msg> message_named(std::string_view name);
 std::string_view message_format(Msg m);
 MsgKind message_kind(Msg m);
 

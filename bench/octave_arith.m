@@ -1,0 +1,41 @@
+## Octave-level benchmark: fi sums beside the same sums of Octave doubles, in one run.
+##   octave-cli -H -q --eval "addpath('build/release/octave'); run('bench/octave_arith.m')"
+## Prints the time per operation of each and their ratio; best of five repetitions.
+
+1;  # a script, not a function file
+
+function t = best_time (f, reps)
+  t = inf;
+  for r = 1:reps
+    tic; f (); t = min (t, toc);
+  endfor
+endfunction
+
+function scalar_fi (a, b, n)
+  for k = 1:n
+    c = a + b;
+  endfor
+endfunction
+
+function scalar_double (a, b, n)
+  for k = 1:n
+    c = a + b;
+  endfor
+endfunction
+
+n = 20000;
+a = fi (0.25, 1, 16, 15);  b = fi (0.5, 1, 16, 15);
+x = 0.25;  y = 0.5;
+tf = best_time (@() scalar_fi (a, b, n), 5) / n;
+td = best_time (@() scalar_double (x, y, n), 5) / n;
+printf ("scalar c = a + b:   fi %8.3f us   double %8.3f us   ratio %6.2f\n", ...
+        1e6 * tf, 1e6 * td, tf / td);
+
+m = 1e6;
+rand ("seed", 1);
+u = rand (1, m) - 0.5;  v = rand (1, m) - 0.5;
+A = fi (u, 1, 16, 15);  B = fi (v, 1, 16, 15);
+tf = best_time (@() A + B, 5) / m;
+td = best_time (@() u + v, 5) / m;
+printf ("1e6-element a + b:  fi %8.3f ns   double %8.3f ns   ratio %6.2f\n", ...
+        1e9 * tf, 1e9 * td, tf / td);

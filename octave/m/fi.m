@@ -1,0 +1,58 @@
+## -*- texinfo -*-
+## @deftypefn  {} {@var{a} =} fi (@var{v})
+## @deftypefnx {} {@var{a} =} fi (@var{v}, @var{s}, @var{w}, @var{f})
+## A fixed-point array holding the values @var{v}.
+##
+## @code{fi (v)} is signed with 16 bits and the fraction length that holds the largest
+## magnitude of @var{v} best; @code{fi (v, s)}, @code{fi (v, s, w)} do the same for the
+## given signedness and word length; @code{fi (v, s, w, f)} sets the fraction length and
+## @code{fi (v, s, w, slope, bias)} a slope and bias.  @code{fi (v, T)}, @code{fi (v, T, F)}
+## and @code{fi (v, F)} take a numerictype @var{T} and a fimath @var{F}.  Each form may be
+## followed by property/value pairs of the numerictype and the fimath, for example
+## @code{fi (pi, 1, 8, 'RoundMode', 'floor', 'OverflowMode', 'wrap')}.  @var{v} may be any
+## real or complex numeric or logical array.
+## @end deftypefn
+
+function a = fi (varargin)
+  if (nargin == 0)
+    a = __corbel_new__ ("embedded.CoreFi");
+    return;
+  endif
+  v = varargin{1};
+  if (islogical (v))
+    v = double (v);
+  endif
+  npos = 1;
+  while (npos < nargin && ! ischar (varargin{npos+1}))
+    npos++;
+  endwhile
+  pos = varargin(2:npos);
+  pairs = varargin(npos+1:end);
+
+  T = [];
+  F = [];
+  nums = {};
+  for k = 1:numel (pos)
+    if (isa (pos{k}, "embedded.numerictype"))
+      T = pos{k};
+    elseif (isa (pos{k}, "embedded.fimath"))
+      F = pos{k};
+    else
+      nums{end+1} = pos{k};
+    endif
+  endfor
+  if (isempty (T))
+    T = __corbel_numerictype_from__ (nums{:});
+  elseif (! isempty (nums))
+    __corbel_error__ ("UserTypeAndScaling");
+  endif
+  if (isempty (F))
+    F = __corbel_new__ ("embedded.fimath");
+  endif
+
+  [T, F, rest] = __corbel_apply_pairs__ (T, F, pairs);
+  a = __corbel_new__ ("embedded.CoreFi", v, T, F);
+  for k = 1:2:numel (rest)
+    a.(rest{k}) = rest{k+1};
+  endfor
+endfunction
