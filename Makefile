@@ -4,8 +4,8 @@
 bootstrap:
 	@scripts/bootstrap
 
-# The unit tests, then the same tests built with the address and undefined-behaviour
-# sanitizers.
+# The unit tests and the Octave tests, then the unit tests again built with the address
+# and undefined-behaviour sanitizers.
 test: bootstrap
 	cmake --preset dev
 	cmake --build --preset dev
@@ -14,17 +14,18 @@ test: bootstrap
 	cmake --build --preset asan
 	ctest --preset asan
 
+# Corbel in Octave first: fixed-point values, their arithmetic and the overflow log.
+OCTAVE = octave-cli -H -q --no-window-system
 demo: bootstrap
 	cmake --preset release
-	cmake --build --preset release --target exact_numbers fixed_point_arrays
-	./build/release/exact_numbers
-	@echo
-	./build/release/fixed_point_arrays
+	cmake --build --preset release
+	$(OCTAVE) --eval "addpath ('$(CURDIR)/build/release/octave'); run ('examples/first_steps.m')"
 
 bench: bootstrap
 	cmake --preset release
 	cmake --build --preset release
 	for b in build/release/bench_*; do $$b --benchmark_min_time=1; done
+	$(OCTAVE) --eval "addpath ('$(CURDIR)/build/release/octave'); run ('bench/octave_arith.m')"
 
 format:
 	clang-format -i $$(git ls-files '*.cpp' '*.h')
