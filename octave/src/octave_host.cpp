@@ -89,7 +89,7 @@ int OctaveHost::call_function(std::string_view name, std::span<HostArray> output
     es.save_exception(e);  // Octave's lasterr now reports it
     interp.recover_from_exception();
     for (HostArray& o : outputs) o.release();
-    if (trap_ && mode_ == kHostErrorModeReturn) return 1;
+    if (returns_status()) return 1;
     raise_host_error(es.last_error_id(), es.last_error_message());
   }
   // An output the function did not define stays an empty array.
@@ -99,9 +99,6 @@ int OctaveHost::call_function(std::string_view name, std::span<HostArray> output
   return 0;
 }
 
-int OctaveHost::set_error_mode(int mode) {
-  return std::exchange(mode_, mode);
-}
 
 void OctaveHost::call_builtin_method(std::string_view method, std::span<HostArray> outputs,
                                      std::span<const HostArray> inputs, XoErrorStatus& status) {

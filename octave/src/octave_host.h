@@ -17,10 +17,6 @@ class OctaveHost : public HostServices {
   void warning(std::string_view identifier, std::string_view text) override;
   int call_function(std::string_view name, std::span<HostArray> outputs,
                     std::span<const HostArray> inputs) override;
-  void set_error_trap(bool on) override { trap_ = on; }
-  bool error_trap() const override { return trap_; }
-  int set_error_mode(int mode) override;
-  int error_mode() const override { return mode_; }
   void call_builtin_method(std::string_view method, std::span<HostArray> outputs,
                            std::span<const HostArray> inputs, XoErrorStatus& status) override;
 
@@ -30,8 +26,6 @@ class OctaveHost : public HostServices {
  private:
   friend class OutputTo;
   std::ostream* out_ = nullptr;
-  bool trap_ = false;
-  int mode_ = 0;
 };
 
 // The one Octave host of the process (installed by the registration function).

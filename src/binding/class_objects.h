@@ -17,14 +17,28 @@
 
 namespace corbel {
 
-// What the seven classes share. Derived gives kName (the host class name), kDummy (the
-// refusal of its dummy constructor), fill() (its tables) and build() (its object from
-// constructor arguments); it may give copyObject() for objects without a copy
-// constructor.
+// A copy of a class's object. A slope-bias quantizer copies as one; a fi copies whole.
+template <class T>
+T* copy_of(const T& object) {
+  return new T(object);
+}
+loggingquantizer* copy_of(const loggingquantizer& q);
+inline fi* copy_of(const fi& f) {
+  return new fi(f, fi::WholeCopy);
+}
+
+// What the seven classes share. Derived gives kName (the host class name), kDummyName (its
+// own name in the refusal of its dummy constructor), fill() (its tables) and build() (its
+// object from constructor arguments); it may give kDummy, the refusal's message.
 template <class Derived, class ObjectT>
 class CorbelXoClass : public XoClass {
  public:
   using Object = ObjectT;
+  static constexpr Msg kDummy = Msg::XoClassDummyConstructor;
+
+  // The dummy constructor: never called by the module; refuses with the class's internal
+  // error.
+  CorbelXoClass(char, int, float, double) { raise(Derived::kDummy, Derived::kDummyName); }
 
   // The singleton; the first call makes it and adds it to the package. If making it fails
   // nothing is kept.
@@ -51,12 +65,11 @@ class CorbelXoClass : public XoClass {
 
   // A new instance (one reference) around a copy of `object`.
   static XoInterface* wrap(const Object& object) {
-    std::unique_ptr<Object> copy(Derived::copyObject(object));
+    std::unique_ptr<Object> copy(copy_of(object));
     XoInterface* instance = XoInterface::create(getInstance(), copy.get());
     copy.release();
     return instance;
   }
-  static Object* copyObject(const Object& object) { return new Object(object); }
 
   // An instance made without arguments.
   XoInterface* createClassSpecificObject(XoInterface* instance) {
@@ -77,9 +90,6 @@ class CorbelXoClass : public XoClass {
 
  protected:
   CorbelXoClass() { setName(Derived::kName); }
-  // The dummy constructor: never called by the module; refuses with the class's internal
-  // error.
-  CorbelXoClass(char, int, float, double) { raise(Derived::kDummy, Derived::kDummyName); }
 
  private:
   static inline Derived* instance_ = nullptr;
@@ -87,122 +97,58 @@ class CorbelXoClass : public XoClass {
   bool initialized_ = false;
 };
 
-class NumericTypeXoClass : public CorbelXoClass<NumericTypeXoClass, NumericType> {
+// Declares a class object: its host name, its own name, and the base it fills through.
+#define CORBEL_CLASS_OBJECT_BODY(Cls, Obj, hostName)                 \
+ public:                                                              \
+  static constexpr const char* kName = hostName;                     \
+  static constexpr const char* kDummyName = #Cls;                    \
+  using CorbelXoClass<Cls, Obj>::CorbelXoClass;                      \
+  void fill();                                                       \
+  std::unique_ptr<Obj> build(void** args, int nargs);                \
+                                                                     \
+ private:                                                            \
+  friend class CorbelXoClass<Cls, Obj>;                              \
+  Cls() = default;                                                   \
+                                                                     \
  public:
-  static constexpr const char* kName = "numerictype";
-  static constexpr Msg kDummy = Msg::XoClassDummyConstructor;
-  static constexpr const char* kDummyName = "NumericTypeXoClass";
-  NumericTypeXoClass(char c, int i, float f, double d) : CorbelXoClass(c, i, f, d) {}
-  void fill();
-  void init_fi_methods();
-  std::unique_ptr<NumericType> build(void** args, int nargs);
 
- private:
-  friend class CorbelXoClass<NumericTypeXoClass, NumericType>;
-  NumericTypeXoClass() = default;
+class NumericTypeXoClass : public CorbelXoClass<NumericTypeXoClass, NumericType> {
+  CORBEL_CLASS_OBJECT_BODY(NumericTypeXoClass, NumericType, "numerictype")
+  void init_fi_methods();
 };
 
 // The three quantizer classes hold their object as a loggingquantizer (a slope-bias
 // quantizer is one), so that the properties and methods they share read it alike.
 class ModelessQuantizerXoClass : public CorbelXoClass<ModelessQuantizerXoClass, loggingquantizer> {
- public:
-  static constexpr const char* kName = "ModelessQuantizer";
-  static constexpr Msg kDummy = Msg::XoClassDummyConstructor;
-  static constexpr const char* kDummyName = "ModelessQuantizerXoClass";
-  ModelessQuantizerXoClass(char c, int i, float f, double d) : CorbelXoClass(c, i, f, d) {}
-  void fill();
-  std::unique_ptr<loggingquantizer> build(void** args, int nargs);
-  // Keeps the dynamic type: a slope-bias quantizer copies as one.
-  static loggingquantizer* copyObject(const loggingquantizer& q);
-
- private:
-  friend class CorbelXoClass<ModelessQuantizerXoClass, loggingquantizer>;
-  ModelessQuantizerXoClass() = default;
+  CORBEL_CLASS_OBJECT_BODY(ModelessQuantizerXoClass, loggingquantizer, "ModelessQuantizer")
 };
 
 class QuantizerXoClass : public CorbelXoClass<QuantizerXoClass, loggingquantizer> {
- public:
-  static constexpr const char* kName = "CoreQuantizer";
-  static constexpr Msg kDummy = Msg::XoClassDummyConstructor;
-  static constexpr const char* kDummyName = "QuantizerXoClass";
-  QuantizerXoClass(char c, int i, float f, double d) : CorbelXoClass(c, i, f, d) {}
-  void fill();
-  std::unique_ptr<loggingquantizer> build(void** args, int nargs);
-  static loggingquantizer* copyObject(const loggingquantizer& q) {
-    return ModelessQuantizerXoClass::copyObject(q);
-  }
-
- private:
-  friend class CorbelXoClass<QuantizerXoClass, loggingquantizer>;
-  QuantizerXoClass() = default;
+  CORBEL_CLASS_OBJECT_BODY(QuantizerXoClass, loggingquantizer, "CoreQuantizer")
 };
 
 class SlopeBiasQuantizerXoClass
     : public CorbelXoClass<SlopeBiasQuantizerXoClass, loggingquantizer> {
- public:
-  static constexpr const char* kName = "slopebiasquantizer";
-  static constexpr Msg kDummy = Msg::XoClassDummyConstructor;
-  static constexpr const char* kDummyName = "SlopeBiasQuantizerXoClass";
-  SlopeBiasQuantizerXoClass(char c, int i, float f, double d) : CorbelXoClass(c, i, f, d) {}
-  void fill();
-  std::unique_ptr<loggingquantizer> build(void** args, int nargs);
-  static loggingquantizer* copyObject(const loggingquantizer& q) {
-    return ModelessQuantizerXoClass::copyObject(q);
-  }
-
- private:
-  friend class CorbelXoClass<SlopeBiasQuantizerXoClass, loggingquantizer>;
-  SlopeBiasQuantizerXoClass() = default;
+  CORBEL_CLASS_OBJECT_BODY(SlopeBiasQuantizerXoClass, loggingquantizer, "slopebiasquantizer")
 };
 
 class FimathXoClass : public CorbelXoClass<FimathXoClass, fimath> {
- public:
-  static constexpr const char* kName = "fimath";
+  CORBEL_CLASS_OBJECT_BODY(FimathXoClass, fimath, "fimath")
   static constexpr Msg kDummy = Msg::FimathDummyConstructor;
-  static constexpr const char* kDummyName = "FimathXoClass";
-  FimathXoClass(char c, int i, float f, double d) : CorbelXoClass(c, i, f, d) {}
-  void fill();
   void init_fi_methods();
-  std::unique_ptr<fimath> build(void** args, int nargs);
-
- private:
-  friend class CorbelXoClass<FimathXoClass, fimath>;
-  FimathXoClass() = default;
 };
 
 class FiXoClass : public CorbelXoClass<FiXoClass, fi> {
- public:
-  static constexpr const char* kName = "CoreFi";
+  CORBEL_CLASS_OBJECT_BODY(FiXoClass, fi, "CoreFi")
   static constexpr Msg kDummy = Msg::FiDummyConstructor;
-  static constexpr const char* kDummyName = "FiXoClass";
-  FiXoClass(char c, int i, float f, double d) : CorbelXoClass(c, i, f, d) {}
-  void fill();
-  // From 0 to 3 host values: the value, a numeric type, a fimath (more are refused).
-  std::unique_ptr<fi> build(void** args, int nargs);
-  static fi* copyObject(const fi& f) { return new fi(f, fi::WholeCopy); }
   std::vector<std::size_t> getInstanceDims(XoInterface* instance) const override;
-  // The constructor signatures fill() made, in order (none before).
-  const std::vector<XoMethodSignature*>& constructorSignatures() const { return constructors_; }
-
- private:
-  friend class CorbelXoClass<FiXoClass, fi>;
-  FiXoClass() = default;
-  std::vector<XoMethodSignature*> constructors_;
 };
 
 class QloggerXoClass : public CorbelXoClass<QloggerXoClass, qlogger> {
- public:
-  static constexpr const char* kName = "qloggerstruct";
-  static constexpr Msg kDummy = Msg::XoClassDummyConstructor;
-  static constexpr const char* kDummyName = "QloggerXoClass";
-  QloggerXoClass(char c, int i, float f, double d) : CorbelXoClass(c, i, f, d) {}
-  void fill();
-  std::unique_ptr<qlogger> build(void** args, int nargs);
-
- private:
-  friend class CorbelXoClass<QloggerXoClass, qlogger>;
-  QloggerXoClass() = default;
+  CORBEL_CLASS_OBJECT_BODY(QloggerXoClass, qlogger, "qloggerstruct")
 };
+
+#undef CORBEL_CLASS_OBJECT_BODY
 
 // The module's registration steps.
 class Corbel {

@@ -156,10 +156,11 @@ const NumericType& defaultNumericType() {
 
 void FiXoClass::fill() {
   XoDataType* any = AnyArray::type();
-  constructors_.push_back(&addConstructorSignature());
-  constructors_.push_back(&addConstructorSignature().addArgType(any));
-  constructors_.push_back(&addConstructorSignature().addArgType(any).addArgType(any));
-  constructors_.push_back(&addConstructorSignature().addArgType(any).addArgType(any).addArgType(any));
+  // No argument, then one, two and three host values (value, numeric type, fimath).
+  addConstructorSignature();
+  addConstructorSignature().addArgType(any);
+  addConstructorSignature().addArgType(any).addArgType(any);
+  addConstructorSignature().addArgType(any).addArgType(any).addArgType(any);
 #define CORBEL_FI_PROPERTY(Part, name, ...) \
   addProperty(std::make_unique<Fi##Part##PropInfo>(name));
 #include "binding/fi_properties.def"

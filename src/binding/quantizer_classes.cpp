@@ -300,7 +300,7 @@ std::unique_ptr<loggingquantizer> ModelessQuantizerXoClass::build(void** args, i
   return q;
 }
 
-loggingquantizer* ModelessQuantizerXoClass::copyObject(const loggingquantizer& q) {
+loggingquantizer* copy_of(const loggingquantizer& q) {
   if (const slopebiasquantizer* sb = slopeBias(q)) return new slopebiasquantizer(*sb);
   return new loggingquantizer(q);
 }

@@ -2,6 +2,7 @@
 #include "binding/table_templates.h"
 
 #include <cmath>
+#include <cstdint>
 
 #include "host/messages.h"
 
@@ -20,6 +21,14 @@ double evaluate_text(const std::string& text) {
                       !output.is_complex();
   if (!scalar) raise(Msg::EvaluatedTextNotScalar, text.c_str());
   return output.real_as_double(0);
+}
+
+void refuse_unless_int32(double v, const std::string& textProperty, XoInterface* instance) {
+  const bool fits = v == std::trunc(v) && v >= INT32_MIN && v <= INT32_MAX;
+  if (fits) return;
+  const std::string numeric = textProperty.substr(0, textProperty.size() - 6);  // no "String"
+  raise(Msg::XoPropertyNeedsInt32, numeric.c_str(),
+        instance->getClass()->getPackageClassName().c_str());
 }
 
 }  // namespace corbel::binding

@@ -112,6 +112,10 @@ class TableProp : public XoPropInfoTemplate {
 // scalar it gives; a host failure is raised again as the host's error.
 double evaluate_text(const std::string& text);
 
+// Raises the wrong-value error of the numeric twin of text property `textProperty` unless
+// v is an integer in the int32 range.
+void refuse_unless_int32(double v, const std::string& textProperty, XoInterface* instance);
+
 // A text twin of a numeric property: read as Get(owner) (text made from the value, so it
 // always mirrors the numeric property); written by evaluating the text and calling
 // Set(owner, number) with the result converted to the setter's argument type.
@@ -125,6 +129,8 @@ class TextProp : public XoPropInfoTemplate {
   void setValue(XoInterface* instance, void* value) override {
     if (value == nullptr) return;
     const double v = evaluate_text(String::unbox(value));
+    // An integer property's text must give what the property itself takes.
+    if constexpr (std::is_integral_v<Arg>) refuse_unless_int32(v, getName(), instance);
     std::invoke(Set, object_of<Owner>(instance), static_cast<Arg>(v));
   }
 };

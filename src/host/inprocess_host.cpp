@@ -157,13 +157,10 @@ int InProcessHost::call_function(std::string_view name, std::span<HostArray> out
   }
   for (HostArray& o : outputs) o.release();
   record_error(identifier, message);
-  if (trap_ && mode_ == kHostErrorModeReturn) return 1;
+  if (returns_status()) return 1;
   raise_host_error(std::move(identifier), std::move(message));
 }
 
-int InProcessHost::set_error_mode(int mode) {
-  return std::exchange(mode_, mode);
-}
 
 void InProcessHost::call_builtin_method(std::string_view method, std::span<HostArray> outputs,
                                         std::span<const HostArray> inputs, XoErrorStatus& status) {

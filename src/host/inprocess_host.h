@@ -62,11 +62,6 @@ class InProcessHost : public HostServices {
   int call_function(std::string_view name, std::span<HostArray> outputs,
                     std::span<const HostArray> inputs) override;
 
-  void set_error_trap(bool on) override { trap_ = on; }
-  bool error_trap() const override { return trap_; }
-  int set_error_mode(int mode) override;
-  int error_mode() const override { return mode_; }
-
   // The built-in methods (see builtin_set.h); failures are recorded in `status` and become
   // the last error.
   void call_builtin_method(std::string_view method, std::span<HostArray> outputs,
@@ -83,8 +78,6 @@ class InProcessHost : public HostServices {
   std::string console_;
   std::vector<Warning> warnings_;
   std::map<std::string, Function, std::less<>> functions_;
-  bool trap_ = false;
-  int mode_ = 0;
   std::string last_message_;
   std::string last_identifier_;
 };

@@ -37,17 +37,28 @@ class HostServices {
                             std::span<const HostArray> inputs) = 0;
 
   // The error trap: whether a failing host call may return a status instead of raising.
-  virtual void set_error_trap(bool on) = 0;
-  virtual bool error_trap() const = 0;
+  void set_error_trap(bool on) { trap_ = on; }
+  bool error_trap() const { return trap_; }
 
   // The error mode; set_error_mode returns the previous mode.
-  virtual int set_error_mode(int mode) = 0;
-  virtual int error_mode() const = 0;
+  int set_error_mode(int mode) {
+    const int previous = mode_;
+    mode_ = mode;
+    return previous;
+  }
+  int error_mode() const { return mode_; }
+
+  // Whether a failing host call returns a status now (the trap on, the mode "return").
+  bool returns_status() const { return trap_ && mode_ == kHostErrorModeReturn; }
 
   // Calls a built-in method of the object system (inputs[0] is the object). Failures are
   // recorded in `status`, in order, and become the host's last error; none is raised.
   virtual void call_builtin_method(std::string_view method, std::span<HostArray> outputs,
                                    std::span<const HostArray> inputs, XoErrorStatus& status) = 0;
+
+ private:
+  bool trap_ = false;
+  int mode_ = 0;
 };
 
 // The active host. Until a host installs itself this is a process-wide in-process host

@@ -12,6 +12,7 @@
 #include "expect_error.h"
 #include "host/dispatcher.h"
 #include "host/inprocess_host.h"
+#include "quantize/slopebiasquantizer.h"
 
 namespace corbel {
 namespace {
@@ -205,6 +206,9 @@ TEST_F(BindingTables, TextTwinsMirrorAndEvaluate) {
   expect_error([&] { set(T, "WordLengthString", t("[1 2]")); },
                "velkora:embedded:evaluate:notscalar",
                "The text '[1 2]' does not evaluate to a real scalar.");
+  expect_error([&] { set(T, "WordLengthString", t("2.5")); }, "velkora:xo:wrongPropertyValue",
+               "The value of property 'WordLength' of class 'embedded.numerictype' must be a "
+               "real integer scalar in the int32 range.");
   EXPECT_EQ(get(T, "WordLength").real_as_double(0), 16);
 }
 
@@ -246,6 +250,13 @@ TEST_F(BindingTables, QuantizerPropertiesAndMethods) {
   expect_error([&] { call("quantize", {q, HostArray::make_numeric(HostClass::Int64, {1, 1})}); },
                "velkora:quantizer:quantize:numericonly",
                "Only inputs of type double, single, [u]int[8,16,32] allowed.");
+
+  // A copy of a slope-bias quantizer is one.
+  const HostArray sb = dispatcher::construct("slopebiasquantizer", {});
+  const HostArray sbCopy = dispatcher::duplicate(sb.object());
+  EXPECT_NE(dynamic_cast<const slopebiasquantizer*>(
+                static_cast<const loggingquantizer*>(sbCopy.object()->getClassSpecificObject())),
+            nullptr);
 
   // A double quantizer's bounds are the largest double, and a logging "none" quantizer
   // counts an infinite input as an overflow.
