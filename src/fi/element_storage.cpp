@@ -2,6 +2,7 @@
 #include "fi/element_storage.h"
 
 #include <array>
+#include <cstring>
 
 namespace corbel {
 namespace {
@@ -89,21 +90,14 @@ void ElementStorage::deallocate(number* p, std::size_t n) noexcept {
 }
 
 void ElementStorage::destroyRange(number* p, std::size_t n) noexcept {
-  // Last first, as an array is destroyed, so the handle and body pools get their objects
-  // back in the order the next array will take them.
+  // Last first, as an array is destroyed, so the handle and body pools get the objects of
+  // multiprecision elements back in the order the next array will take them.
   while (n-- > 0) p[n].~number();
 }
 
 number* ElementStorage::makeZeros(std::size_t n) {
   number* p = allocate(n);
-  std::size_t built = 0;
-  try {
-    for (; built < n; ++built) new (p + built) number();
-  } catch (...) {
-    destroyRange(p, built);
-    deallocate(p, n);
-    throw;
-  }
+  if (n > 0) std::memset(static_cast<void*>(p), 0, n * sizeof(number));
   return p;
 }
 

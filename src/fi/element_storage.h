@@ -1,6 +1,8 @@
 // Storage for the element arrays of fi objects.
 //
-// An element array is a run of constructed numbers in raw storage. Large runs come from
+// An element array is a run of numbers in raw storage; a number holding a double is that
+// double itself, so zero-filled memory is an array of zeros and an array of double-backed
+// elements is an array of doubles. Large runs come from
 // a small cache of recently freed blocks, so that an array made right after another of
 // about the same size (the common case in a loop of array operations) lands in memory
 // that is already mapped instead of faulting in fresh pages. Not thread safe: numbers
@@ -9,57 +11,34 @@
 #pragma once
 
 #include <cstddef>
-#include <new>
 
 #include "number/number.h"
+
+static_assert(sizeof(corbel::number) == sizeof(double), "a double-backed number is its double");
 
 namespace corbel {
 
 class ElementStorage {
  public:
-  // n numbers, each a double zero.
+  // n numbers, each a double zero: zero-filled memory.
   static number* makeZeros(std::size_t n);
 
-  // n numbers on double bodies, filled block by block: fill(first, count, out) writes the
-  // values of elements first .. first + count - 1 into out[0 .. count) and answers whether
-  // it could. A refusal destroys what was built and gives null.
-  template <class Fill>
-  static number* makeDoubles(std::size_t n, Fill fill);
+  // Storage for n numbers, none yet made: the caller writes every one of them with
+  // number::placedouble before the array is destroyed, or discards it.
+  static number* allocateRaw(std::size_t n) { return allocate(n); }
+  // Frees storage for n numbers of which those made are all inline doubles (which need no
+  // destruction).
+  static void discard(number* p, std::size_t n) noexcept {
+    deallocate(p, n);
+  }
 
   // Destroys the n numbers at p and frees their storage.
   static void destroy(number* p, std::size_t n) noexcept;
-
-  // Elements per block handed to a fill function.
-  static constexpr std::size_t kBlock = 256;
 
  private:
   static number* allocate(std::size_t n);
   static void deallocate(number* p, std::size_t n) noexcept;
   static void destroyRange(number* p, std::size_t n) noexcept;
 };
-
-template <class Fill>
-number* ElementStorage::makeDoubles(std::size_t n, Fill fill) {
-  number* p = allocate(n);
-  std::size_t built = 0;
-  try {
-    double out[kBlock];
-    for (std::size_t first = 0; first < n; first += kBlock) {
-      const std::size_t count = n - first < kBlock ? n - first : kBlock;
-      if (!fill(first, count, out)) {
-        destroyRange(p, built);
-        deallocate(p, n);
-        return nullptr;
-      }
-      for (std::size_t i = 0; i < count; ++i, ++built)
-        new (p + first + i) number(number::ondouble(out[i]));
-    }
-  } catch (...) {
-    destroyRange(p, built);
-    deallocate(p, n);
-    throw;
-  }
-  return p;
-}
 
 }  // namespace corbel

@@ -299,18 +299,26 @@ class fi {
   // data are null until then.
   enum class Unfilled { Elements };
   fi(const int* dims, int ndims, const NumericType& type, const fimath& math, Unfilled);
-  // Fills the real (or the imaginary) data of an unfilled array whole-array, block by block
-  // (see ElementStorage::makeDoubles); answers whether the fill went through.
-  template <class Fill>
-  bool fillDoubles(Fill fill, bool imagPart);
-  // The element-wise frame of bulkSum and bulkProduct: gathers both operands block by
-  // block (with scalar expansion), lets combine(x, y, n) form the exact values in x
-  // (false to decline), quantizes them to the register's type and then to T, and makes
-  // them the result's elements, real parts and then imaginary parts; null when it
-  // declines. The register keeps the last value.
-  template <class Combine>
+  // Gives the real (or the imaginary) part of an unfilled array raw storage for all its
+  // elements, to be written with number::placedouble; the imaginary part makes it complex.
+  number* rawElements(bool imagPart);
+  // Frees such storage, of which only some elements may have been written, and leaves the
+  // part null (real again for the imaginary part).
+  void discardRawElements(bool imagPart);
+  // Quantizes doubles into the elements of one part of this array through the assignment
+  // quantizer, as storeDouble would one by one; false, changing nothing, when the type,
+  // the log or the precision of new numbers rule the whole-array way out.
+  bool storeDoubles(const double* values, bool imagPart);
+  // Quantizes the elements of one part in place through the assignment quantizer while
+  // they are doubles and no log is kept; returns how many it did, from the first on.
+  int quantizeDoublesInPlace(bool imagPart);
+  // The element-wise frame of bulkSum and bulkProduct: reads both operands block by block
+  // (with scalar expansion), takes the steps (see fi_bulk.cpp) and writes the result's
+  // elements, real parts and then imaginary parts; null when an operand holds a value
+  // that is not a double. The register keeps the last value.
+  struct ElementwiseSteps;
   std::unique_ptr<fi> elementwiseDoubles(const fi& b, const NumericType& T, fi& reg,
-                                         Combine combine) const;
+                                         const ElementwiseSteps& steps) const;
   // Leaves this operand, b and the result at the current elements where the element path
   // leaves them: each non-scalar at the last element, a scalar at its only one.
   void leaveIndicesAfterElementwise(const fi& b, fi& result) const;

@@ -1,22 +1,28 @@
-// fi: whole-array sums, differences, products and matrix products of double-backed
-// binary-point arrays. They take the steps of the element operators in the same order
-// (quantize the left operand to the sum type when CastBeforeSum is on, add or multiply
-// exactly, quantize to the register's type, accumulate with a quantization after each
-// addition, quantize to the result's type), on raw doubles and through the quantizer's
-// double kernels, so their bits are the element path's bits. They apply only when no log
-// is kept and every value and every exact intermediate fits a double's 53-bit mantissa.
-// Complex sums are taken part by part; complex products are left to the element path.
+// fi: whole-array sums, differences, products, matrix products and quantization of
+// double-backed binary-point arrays. They take the steps of the element operators in the
+// same order (quantize the left operand to the sum type when CastBeforeSum is on, add or
+// multiply exactly, quantize to the register's type, accumulate with a quantization after
+// each addition, quantize to the result's type), on raw doubles and through the
+// quantizer's double kernels, so their bits are the element path's bits. A step that can
+// change no value (a quantization onto a grid and range that hold every value the step
+// before can give) is left out. They apply only when no log is kept and every value and
+// every exact intermediate fits a double's 53-bit mantissa; otherwise they decline and
+// the element path runs. Complex sums are taken part by part; complex products are left
+// to the element path.
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
+#include "fi/element_kernels.h"
 #include "fi/element_storage.h"
 #include "fi/fi.h"
-#include "number/doublenumber.h"
 
 namespace corbel {
 namespace {
 
 constexpr int kDoubleBits = 52;
+// Elements per pass of the block loops: two blocks of doubles stay in the first-level cache.
+constexpr std::size_t kBlock = 1024;
 
 bool fitsDouble(const NumericType& t) {
   return t.isFixed() && !t.isSlopeBiasScaled() && t.getWordLength() <= kDoubleBits;
@@ -27,68 +33,176 @@ const fi& shapeOf(const fi& a, const fi& b) {
   return a.numel() == 1 ? b : a;
 }
 
+// Whether a quantizer has double bounds; the kernels need them.
+bool onDoubles(const quantizer& q) {
+  quantizer::DoubleBounds bounds;
+  return q.doubleBounds(bounds);
+}
+
 bool qualifies(const fi& x) {
   return x.isreal() && fitsDouble(x.getNumericType());
 }
 
-// Reads the real (or imaginary) parts of elements first .. first + count - 1 of x (every
-// one when step is 1, element 0 when it is 0) into out; false when one of them is not held
-// in a double. A real array's imaginary parts are its zeros.
-bool gather(const fi& x, int first, int count, int step, double* out, bool imagPart = false) {
-  for (int i = 0; i < count; ++i) {
-    const int k = (first + i) * step;
-    const numberrepbody& body = (imagPart ? x.imag(k) : x.real(k)).gethandle().getbody();
-    if (body.gettype() != numbertype::doublenumber) return false;
-    out[i] = static_cast<const doublenumber&>(body).getelement();
-  }
-  return true;
+__extension__ typedef __int128 int128;
+
+// The values an array of a binary-point type can hold, or a step can give: the integers
+// lo .. hi times 2^e. Magnitudes stay below 2^90 (52-bit types, shifts below 40, sums of
+// at most 2^31 terms).
+struct Span {
+  int128 lo, hi;
+  int e;
+};
+
+Span spanOf(const NumericType& t) {
+  const int wl = t.getWordLength();
+  const int128 top = static_cast<int128>(1) << (t.getSigned() ? wl - 1 : wl);
+  return {t.getSigned() ? -top : 0, top - 1, t.getFixedExponent()};
+}
+
+// s on the finer grid 2^e (e <= s.e, s.e - e < 40).
+Span onGrid(const Span& s, int e) {
+  const int shift = s.e - e;
+  return {s.lo * (static_cast<int128>(1) << shift), s.hi * (static_cast<int128>(1) << shift), e};
+}
+
+// Whether quantizing to t changes none of the values of s: they lie on its grid and in its
+// range.
+bool holds(const NumericType& t, const Span& s) {
+  if (s.lo == 0 && s.hi == 0) return true;
+  const Span r = spanOf(t);
+  if (s.e < r.e || s.e - r.e >= 40) return false;
+  const Span g = onGrid(s, r.e);
+  return g.lo >= r.lo && g.hi <= r.hi;
+}
+
+// The span of a quantization to t: s itself when the quantization changes nothing, else
+// the whole of t.
+Span quantized(const NumericType& t, const Span& s) {
+  return holds(t, s) ? s : spanOf(t);
+}
+
+Span sumSpan(const Span& a, const Span& b, bool subtract) {
+  const int e = std::min(a.e, b.e);
+  const Span x = onGrid(a, e), y = onGrid(b, e);
+  return subtract ? Span{x.lo - y.hi, x.hi - y.lo, e} : Span{x.lo + y.lo, x.hi + y.hi, e};
+}
+
+Span productSpan(const Span& a, const Span& b) {
+  const int128 c[] = {a.lo * b.lo, a.lo * b.hi, a.hi * b.lo, a.hi * b.hi};
+  return {*std::min_element(c, c + 4), *std::max_element(c, c + 4), a.e + b.e};
+}
+
+// The data of one part of x for a block loop, with the step between its elements: the
+// zeros of a real array's imaginary part are one zero repeated.
+const number* partOf(const fi& x, bool imagPart, std::size_t& step) {
+  step = x.numel() == 1 ? 0 : 1;
+  if (!imagPart) return &x.real(0);
+  if (x.isreal()) step = 0;
+  return &x.imag(0);
 }
 
 }  // namespace
 
-template <class Fill>
-bool fi::fillDoubles(Fill fill, bool imagPart) {
-  number*& target = imagPart ? *imagSlot_ : realData_;
-  target = ElementStorage::makeDoubles(shared_->elements, fill);
-  if (target != nullptr && imagPart) isreal_ = false;
-  return target != nullptr;
-}
+// The steps of one element-wise sum or product, each quantizer null where it changes
+// nothing.
+struct fi::ElementwiseSteps {
+  const quantizer* cast;  // the left operand to the sum type, before the sum
+  kernels::Combine op;
+  const quantizer* toRegister;
+  bool toResult;  // through the result's own quantizer
+};
 
-template <class Combine>
 std::unique_ptr<fi> fi::elementwiseDoubles(const fi& b, const NumericType& T, fi& reg,
-                                           Combine combine) const {
+                                           const ElementwiseSteps& steps) const {
   const fi& shape = shapeOf(*this, b);
   auto result =
       std::unique_ptr<fi>(new fi(shape.dims(), shape.ndims(), T, math_, Unfilled::Elements));
-  const quantizer& q = reg.assignQuantizer_;
-  const quantizer& r = result->assignQuantizer_;
-  const int sa = numel_ == 1 ? 0 : 1, sb = b.numel_ == 1 ? 0 : 1;  // scalar expansion
+  const std::size_t n = result->shared_->elements;
   // Real parts, then (for complex operands) imaginary parts, each its own pass.
   double last[2] = {0.0, 0.0};
+  if (steps.toResult && !onDoubles(result->assignQuantizer_)) return nullptr;
   const auto pass = [&](bool imagPart) {
-    return result->fillDoubles(
-        [&](std::size_t first, std::size_t count, double* out) {
-          const int f = static_cast<int>(first), n = static_cast<int>(count);
-          double y[ElementStorage::kBlock];
-          if (!gather(*this, f, n, sa, out, imagPart) || !gather(b, f, n, sb, y, imagPart) ||
-              !combine(out, y, count) || !q.quantizeDoubles(out, count) ||
-              !r.quantizeDoubles(out, count))
-            return false;
-          last[imagPart] = out[n - 1];
-          return true;
-        },
-        imagPart);
+    std::size_t sa, sb;
+    const number* pa = partOf(*this, imagPart, sa);
+    const number* pb = partOf(b, imagPart, sb);
+    number* out = result->rawElements(imagPart);
+    double x[kBlock], y[kBlock];
+    for (std::size_t first = 0; first < n; first += kBlock) {
+      const std::size_t count = std::min(kBlock, n - first);
+      if (!kernels::load(pa + first * sa, sa, count, x) ||
+          !kernels::load(pb + first * sb, sb, count, y)) {
+        result->discardRawElements(imagPart);
+        return false;
+      }
+      if (steps.cast) steps.cast->quantizeDoubles(x, count);
+      kernels::combine(steps.op, x, y, count);
+      if (steps.toRegister) steps.toRegister->quantizeDoubles(x, count);
+      if (steps.toResult) result->assignQuantizer_.quantizeDoubles(x, count);
+      kernels::store(out + first, x, count);
+      last[imagPart] = x[count - 1];
+    }
+    return true;
   };
   const bool complex = iscomplex() || b.iscomplex();
   if (!pass(false) || (complex && !pass(true))) return nullptr;
   // The register is left holding the last value, as the element path leaves it.
   if (complex) reg.coordinateComplexity(true);
-  if (result->numel_ > 0) {
+  if (n > 0) {
     reg.realData_[0] = last[0];
     if (complex) reg.imagRef(0) = last[1];
   }
   leaveIndicesAfterElementwise(b, *result);
   return result;
+}
+
+number* fi::rawElements(bool imagPart) {
+  number*& target = imagPart ? *imagSlot_ : realData_;
+  target = ElementStorage::allocateRaw(shared_->elements);
+  if (imagPart) isreal_ = false;
+  return target;
+}
+
+void fi::discardRawElements(bool imagPart) {
+  number*& target = imagPart ? *imagSlot_ : realData_;
+  ElementStorage::discard(target, shared_->elements);
+  target = nullptr;
+  if (imagPart) isreal_ = true;
+}
+
+bool fi::storeDoubles(const double* values, bool imagPart) {
+  if (getLogging() || !fitsDouble(type_) || !onDoubles(assignQuantizer_) ||
+      number::getDefaultForceMultiplePrecision() || number::getDefaultPrecision() > kDoubleBits)
+    return false;
+  const std::size_t n = shared_->elements;
+  // NaN and infinity take the element path, which refuses them with their own messages.
+  bool finite = true;
+  for (std::size_t i = 0; i < n; ++i) finite &= std::isfinite(values[i]);
+  if (!finite) return false;
+  number* out = imagPart ? *imagSlot_ : realData_;
+  if (out == nullptr) return false;
+  double x[kBlock];
+  for (std::size_t first = 0; first < n; first += kBlock) {
+    const std::size_t count = std::min(kBlock, n - first);
+    std::copy(values + first, values + first + count, x);
+    assignQuantizer_.quantizeDoubles(x, count);
+    kernels::store(out + first, x, count);
+  }
+  return true;
+}
+
+int fi::quantizeDoublesInPlace(bool imagPart) {
+  if (getLogging() || !fitsDouble(type_) || !onDoubles(assignQuantizer_)) return 0;
+  const std::size_t n = shared_->elements;
+  number* data = imagPart ? *imagSlot_ : realData_;
+  if (data == nullptr) return numel_;
+  double x[kBlock];
+  for (std::size_t first = 0; first < n; first += kBlock) {
+    const std::size_t count = std::min(kBlock, n - first);
+    if (!kernels::load(data + first, 1, count, x)) return static_cast<int>(first);
+    assignQuantizer_.quantizeDoubles(x, count);
+    kernels::store(data + first, x, count);
+  }
+  return numel_;
 }
 
 std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract) const {
@@ -103,16 +217,17 @@ std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract
   const int bottom = std::min(left.getFixedExponent(), b.type_.getFixedExponent());
   if (top + 1 - bottom > kDoubleBits) return nullptr;
   fi& reg = *sumRegister_;
-  const quantizer& q = reg.assignQuantizer_;
+  const NumericType& R = reg.type_;
+  if (!fitsDouble(R) || !onDoubles(reg.assignQuantizer_)) return nullptr;
   // With CastBeforeSum the left value is first quantized to the register's type.
-  return elementwiseDoubles(b, T, reg, [&](double* x, const double* y, std::size_t n) {
-    if (cast && !q.quantizeDoubles(x, n)) return false;
-    if (subtract)
-      for (std::size_t i = 0; i < n; ++i) x[i] -= y[i];
-    else
-      for (std::size_t i = 0; i < n; ++i) x[i] += y[i];
-    return true;
-  });
+  const Span a = cast ? quantized(R, spanOf(type_)) : spanOf(type_);
+  const Span sum = sumSpan(a, spanOf(b.type_), subtract);
+  const ElementwiseSteps steps{
+      cast && !holds(R, spanOf(type_)) ? &reg.assignQuantizer_ : nullptr,
+      subtract ? kernels::Combine::Subtract : kernels::Combine::Add,
+      holds(R, sum) ? nullptr : &reg.assignQuantizer_,
+      !holds(T, quantized(R, sum))};
+  return elementwiseDoubles(b, T, reg, steps);
 }
 
 std::unique_ptr<fi> fi::bulkProduct(const fi& b, const NumericType& P) const {
@@ -120,10 +235,13 @@ std::unique_ptr<fi> fi::bulkProduct(const fi& b, const NumericType& P) const {
       getWordLength() + b.getWordLength() > kDoubleBits)
     return nullptr;
   if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
-  return elementwiseDoubles(b, P, *productRegister_, [](double* x, const double* y, std::size_t n) {
-    for (std::size_t i = 0; i < n; ++i) x[i] *= y[i];
-    return true;
-  });
+  fi& reg = *productRegister_;
+  if (!fitsDouble(reg.type_) || !onDoubles(reg.assignQuantizer_)) return nullptr;
+  const Span product = productSpan(spanOf(type_), spanOf(b.type_));
+  const ElementwiseSteps steps{nullptr, kernels::Combine::Multiply,
+                               holds(reg.type_, product) ? nullptr : &reg.assignQuantizer_,
+                               !holds(P, quantized(reg.type_, product))};
+  return elementwiseDoubles(b, P, reg, steps);
 }
 
 bool fi::bulkMatrixProduct(const fi& b, fi& result) const {
@@ -132,41 +250,57 @@ bool fi::bulkMatrixProduct(const fi& b, fi& result) const {
   const NumericType& S = acc.type_;
   const NumericType& P = reg.type_;
   if (getLogging() || !qualifies(*this) || !qualifies(b) || !fitsDouble(P) || !fitsDouble(S) ||
-      getWordLength() + b.getWordLength() > kDoubleBits || n_ == 0 || !result.isreal())
+      getWordLength() + b.getWordLength() > kDoubleBits || n_ == 0 || !result.isreal() ||
+      !onDoubles(reg.assignQuantizer_) || !onDoubles(acc.assignQuantizer_) ||
+      !onDoubles(result.assignQuantizer_))
     return false;
   // Every accumulation must be exact in a double, as each product is.
   const int top =
       std::max(S.getWordLength() + S.getFixedExponent(), P.getWordLength() + P.getFixedExponent());
   if (top + 1 - std::min(S.getFixedExponent(), P.getFixedExponent()) > kDoubleBits) return false;
   std::vector<double> x(static_cast<std::size_t>(numel_)), y(static_cast<std::size_t>(b.numel_));
-  if (!gather(*this, 0, numel_, 1, x.data()) || !gather(b, 0, b.numel_, 1, y.data())) return false;
+  if (!kernels::load(realData_, 1, x.size(), x.data()) ||
+      !kernels::load(b.realData_, 1, y.size(), y.data()))
+    return false;
 
-  // Each result element as the element path makes it: every product quantized to the
-  // product register, then added into the accumulator, which quantizes after each addition.
   const quantizer& qp = reg.assignQuantizer_;
   const quantizer& qs = acc.assignQuantizer_;
-  const int m = m_, n = n_;
+  const std::size_t m = static_cast<std::size_t>(m_), n = static_cast<std::size_t>(n_);
+  const std::size_t p = static_cast<std::size_t>(b.n_);
   std::vector<double> out(static_cast<std::size_t>(result.numel_));
-  std::vector<double> products(static_cast<std::size_t>(n));
-  double lastSum = 0.0;
-  for (int e = 0; e < result.numel_; ++e) {
-    const int i = e % m, j = e / m;
-    for (int k = 0; k < n; ++k)
-      products[static_cast<std::size_t>(k)] =
-          x[static_cast<std::size_t>(i + k * m)] * y[static_cast<std::size_t>(k + j * n)];
-    if (!qp.quantizeDoubles(products.data(), products.size())) return false;
-    double sum = 0.0;
-    if (!qs.accumulateDoubles(sum, products.data(), products.size())) return false;
-    out[static_cast<std::size_t>(e)] = sum;
-    lastSum = sum;
+  // Each product quantized to the product register, then added into the accumulator, which
+  // quantizes after each addition. When none of these quantizations can change a value
+  // (every partial sum of n products lies on the accumulator's grid and in its range) the
+  // sums are exact and the product is plain arithmetic.
+  const Span product = quantized(P, productSpan(spanOf(type_), spanOf(b.type_)));
+  const int128 terms = static_cast<int128>(n);
+  const Span partial{terms * std::min<int128>(product.lo, 0), terms * std::max<int128>(product.hi, 0),
+                     product.e};
+  const bool plain = holds(P, productSpan(spanOf(type_), spanOf(b.type_))) && holds(S, partial);
+  std::vector<double> products(n);
+  double lastProduct = 0.0;
+  if (plain) {
+    kernels::matrixProduct(x.data(), y.data(), out.data(), m, n, p);
+    if (!out.empty()) lastProduct = x[m * n - 1] * y[n * p - 1];
+  } else {
+    for (std::size_t e = 0; e < out.size(); ++e) {
+      const std::size_t i = e % m, j = e / m;
+      for (std::size_t k = 0; k < n; ++k) products[k] = x[i + k * m] * y[k + j * n];
+      qp.quantizeDoubles(products.data(), n);
+      double sum = 0.0;
+      qs.accumulateDoubles(sum, products.data(), n);
+      out[e] = sum;
+    }
+    if (!out.empty()) lastProduct = products.back();
   }
-  if (!result.assignQuantizer_.quantizeDoubles(out.data(), out.size())) return false;
+  if (!holds(result.type_, quantized(S, partial)))
+    result.assignQuantizer_.quantizeDoubles(out.data(), out.size());
 
-  for (int e = 0; e < result.numel_; ++e) result.realData_[e] = out[static_cast<std::size_t>(e)];
-  if (result.numel_ > 0) {
+  kernels::store(result.realData_, out.data(), out.size());
+  if (!out.empty()) {
     // The registers and the current elements as the element path leaves them.
-    reg.realData_[0] = products.back();
-    acc.realData_[0] = lastSum;
+    reg.realData_[0] = lastProduct;
+    acc.realData_[0] = out.back();
     acc.setIndex(0);
     setIndex(numel_ - 1);
     b.setIndex(b.numel_ - 1);

@@ -113,6 +113,10 @@ fi::fi(const HostArray& values, const NumericType& type, const fimath& math) {
   copyDimensions(dims.data(), static_cast<int>(dims.size()));
   allocate(values.is_complex());
   try {
+    if (values.element_class() == HostClass::Double &&
+        storeDoubles(static_cast<const double*>(values.real_data()), false) &&
+        (isreal_ || storeDoubles(static_cast<const double*>(values.imag_data()), true)))
+      return;
     for (int i = 0; i < numel_; ++i) {
       storeDouble(realData_[i], values.real_as_double(static_cast<size_t>(i)));
       if (!isreal_) storeDouble((*imagSlot_)[i], values.imag_as_double(static_cast<size_t>(i)));
@@ -130,6 +134,7 @@ fi::fi(const double* re, const double* im, const int* dims, int ndims, const Num
   copyDimensions(dims, ndims);
   allocate(im != nullptr);
   try {
+    if (storeDoubles(re, false) && (im == nullptr || storeDoubles(im, true))) return;
     for (int i = 0; i < numel_; ++i) {
       storeDouble(realData_[i], re[i]);
       if (im) storeDouble((*imagSlot_)[i], im[i]);
@@ -317,7 +322,11 @@ void fi::updateAssignmentQuantizer() {
 }
 
 void fi::quantizeAll() {
-  for (int i = 0; i < numel_; ++i) {
+  // Whole parts while their elements are doubles, then element by element from where that
+  // stopped (quantizing twice changes nothing, and without a log nothing is counted).
+  const int from = isreal_ ? quantizeDoublesInPlace(false)
+                           : std::min(quantizeDoublesInPlace(false), quantizeDoublesInPlace(true));
+  for (int i = from; i < numel_; ++i) {
     quantizeElement(realData_[i]);
     if (!isreal_) quantizeElement((*imagSlot_)[i]);
   }

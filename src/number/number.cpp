@@ -1,10 +1,9 @@
-// number: the value layer over numberrephandle, and the process-wide defaults.
+// number: inline doubles and boxed multiprecision handles, and the process-wide defaults.
 #include "number/number.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "number/doublenumber.h"
 #include "number/mpnumber.h"
 
 namespace corbel {
@@ -14,24 +13,71 @@ namespace {
 unsigned long default_precision = 52;
 bool default_force = false;
 
+bool is_double_body(const numberrepbody& b) {
+  return b.gettype() == numbertype::doublenumber;
+}
+
 }  // namespace
 
-number::number(double v) : handle_(new numberrephandle(v, default_precision, default_force)) {}
-
-number::number(double v, unsigned long precision, bool force)
-    : handle_(new numberrephandle(v, precision, force)) {}
-
-number::number(const numberrephandle& handle) : handle_(new numberrephandle(handle)) {}
-
-number::number(const number& other) : handle_(new numberrephandle(*other.handle_)) {}
-
-number& number::operator=(const number& other) {
-  *handle_ = *other.handle_;
+template <class Op>
+number& number::mutate(Op op) {
+  if (isboxed()) {
+    handle().mutate(op);
+    return *this;
+  }
+  doublenumber local(inlinedouble());
+  numberrepbody& result = op(static_cast<numberrepbody&>(local));
+  if (&result == &local)
+    bits_ = encode(local.getelement());
+  else
+    adopt(result);
   return *this;
 }
 
-number& number::operator=(double v) {
-  return setvalue(v);
+template <class F>
+decltype(auto) number::withbody(const number& x, F f) {
+  if (x.isboxed()) return f(x.body());
+  const doublenumber local(x.inlinedouble());
+  return f(static_cast<const numberrepbody&>(local));
+}
+
+void number::adopt(numberrepbody& b) {
+  // Operations on a double body return it or a new multiprecision body; the value of any
+  // other double body is copied.
+  if (is_double_body(b)) {
+    setinline(b.todouble());
+    return;
+  }
+  numberrephandle* h = new numberrephandle(b);
+  release();
+  bits_ = box(h);
+}
+
+number::number(double v) : number(v, default_precision, default_force) {}
+
+number::number(double v, unsigned long precision, bool force) : bits_(0) {
+  if (!force && precision < 53)
+    bits_ = encode(v);
+  else
+    bits_ = box(new numberrephandle(v, precision, force));
+}
+
+number::number(const numberrephandle& handle) : bits_(0) {
+  if (is_double_body(handle.getbody()))
+    bits_ = encode(handle.getbody().todouble());
+  else
+    bits_ = box(new numberrephandle(handle));
+}
+
+number& number::operator=(const number& other) {
+  if (!other.isboxed()) {
+    setinline(other.inlinedouble());
+  } else if (isboxed()) {
+    handle() = other.handle();
+  } else {
+    bits_ = box(new numberrephandle(other.handle()));
+  }
+  return *this;
 }
 
 void number::setDefaultPrecision(unsigned long precision, bool force) {
@@ -48,58 +94,98 @@ bool number::getDefaultForceMultiplePrecision() {
   return default_force;
 }
 
-number& number::operator+=(const number& r) {
-  *handle_ += *r.handle_;
-  return *this;
+bool number::myisfinite() const {
+  return withbody(*this, [](const numberrepbody& b) { return b.myisfinite(); });
 }
-number& number::operator-=(const number& r) {
-  *handle_ -= *r.handle_;
-  return *this;
+bool number::myisinf() const {
+  return withbody(*this, [](const numberrepbody& b) { return b.myisinf(); });
 }
-number& number::operator*=(const number& r) {
-  *handle_ *= *r.handle_;
-  return *this;
+long number::unbiasedexponent() const {
+  return withbody(*this, [](const numberrepbody& b) { return b.unbiasedexponent(); });
 }
-number& number::operator/=(const number& r) {
-  *handle_ /= *r.handle_;
-  return *this;
+void number::disp() const {
+  withbody(*this, [](const numberrepbody& b) { b.disp(); });
 }
+
+// Two inline doubles take the IEEE operation of the double body directly.
+#define CORBEL_ARITHMETIC(op)                                                            \
+  number& number::operator op##=(const number& r) {                                      \
+    if (!isboxed() && !r.isboxed()) {                                                    \
+      bits_ = encode(inlinedouble() op r.inlinedouble());                                \
+      return *this;                                                                      \
+    }                                                                                    \
+    return withbody(r, [&](const numberrepbody& rb) -> number& {                         \
+      return mutate([&](numberrepbody& b) -> numberrepbody& { return b op## = rb; });    \
+    });                                                                                  \
+  }
+CORBEL_ARITHMETIC(+)
+CORBEL_ARITHMETIC(-)
+CORBEL_ARITHMETIC(*)
+CORBEL_ARITHMETIC(/)
+#undef CORBEL_ARITHMETIC
+
+#define CORBEL_COMPARISON(op)                                                           \
+  bool number::operator op(const number& r) const {                                     \
+    if (!isboxed() && !r.isboxed()) return inlinedouble() op r.inlinedouble();          \
+    return withbody(*this, [&](const numberrepbody& lb) {                               \
+      return withbody(r, [&](const numberrepbody& rb) { return lb op rb; });            \
+    });                                                                                 \
+  }
+CORBEL_COMPARISON(>)
+CORBEL_COMPARISON(<)
+CORBEL_COMPARISON(>=)
+CORBEL_COMPARISON(<=)
+CORBEL_COMPARISON(==)
+CORBEL_COMPARISON(!=)
+#undef CORBEL_COMPARISON
+
 number& number::negate() {
-  handle_->negate();
-  return *this;
+  if (!isboxed()) {
+    bits_ = encode(-inlinedouble());
+    return *this;
+  }
+  return mutate([](numberrepbody& b) -> numberrepbody& { return b.negate(); });
 }
 number& number::pow2(long n) {
-  handle_->pow2(n);
-  return *this;
+  return mutate([n](numberrepbody& b) -> numberrepbody& { return b.pow2(n); });
 }
 number& number::abs() {
-  handle_->abs();
-  return *this;
+  return mutate([](numberrepbody& b) -> numberrepbody& { return b.abs(); });
 }
 number& number::abs(const number& x) {
-  handle_->setvalue(*x.handle_);
-  handle_->abs();
-  return *this;
+  setvalue(x);
+  return abs();
 }
 number& number::_hypot(const number& a, const number& b) {
-  handle_->_hypot(*a.handle_, *b.handle_);
-  return *this;
+  return withbody(a, [&](const numberrepbody& ab) -> number& {
+    return withbody(b, [&](const numberrepbody& bb) -> number& {
+      return mutate([&](numberrepbody& s) -> numberrepbody& { return s._hypot(ab, bb); });
+    });
+  });
 }
 number& number::mod(const number& divisor) {
-  handle_->mod(*divisor.handle_);
-  return *this;
+  return withbody(divisor, [&](const numberrepbody& d) -> number& {
+    return mutate([&](numberrepbody& b) -> numberrepbody& { return b.mod(d); });
+  });
 }
 number& number::setprecision(unsigned long precision, bool force) {
-  handle_->setprecision(precision, force);
-  return *this;
+  return mutate([&](numberrepbody& b) -> numberrepbody& { return b.setprecision(precision, force); });
 }
 number& number::setvalue(const number& x) {
-  handle_->setvalue(*x.handle_);
-  return *this;
+  if (!isboxed() && !x.isboxed()) {
+    bits_ = x.bits_;
+    return *this;
+  }
+  return withbody(x, [&](const numberrepbody& xb) -> number& {
+    return mutate([&](numberrepbody& b) -> numberrepbody& { return b.setvalue(xb); });
+  });
 }
 number& number::setvalue(double v) {
-  handle_->setvalue(v);
-  return *this;
+  if (!isboxed()) {
+    bits_ = encode(v);
+    return *this;
+  }
+  return mutate([v](numberrepbody& b) -> numberrepbody& { return b.setvalue(v); });
 }
 number& number::setvalue(const number& x, double slope, double bias) {
   setvalue(x);
@@ -109,33 +195,33 @@ number& number::setvalue(const number& x, double slope, double bias) {
 }
 number& number::setvalue(const unsigned int* words, int nwords, bool issigned, int wordlength,
                          double slope, int exponent, double bias) {
-  handle_->setvalue(words, nwords, issigned, wordlength, slope, exponent, bias);
-  return *this;
+  return mutate([&](numberrepbody& b) -> numberrepbody& {
+    return b.setvalue(words, nwords, issigned, wordlength, slope, exponent, bias);
+  });
 }
 number& number::setvalue(const unsigned int* words, int nwords, bool issigned, int wordlength,
                          int fractionlength) {
-  handle_->setvalue(words, nwords, issigned, wordlength, fractionlength);
-  return *this;
+  return mutate([&](numberrepbody& b) -> numberrepbody& {
+    return b.setvalue(words, nwords, issigned, wordlength, fractionlength);
+  });
 }
 number& number::setvalue(mpz_srcptr integer, long exponent) {
   const unsigned long bits = mpz_sizeinbase(integer, 2);
   if (bits <= 52 && !default_force && exponent > -1000 && exponent < 1000) {
     // Exact: the integer fits the mantissa and the scaling stays in the normal range.
-    *handle_ = numberrephandle(std::ldexp(mpz_get_d(integer), static_cast<int>(exponent)),
-                               std::max(bits, 1UL), false);
+    setinline(std::ldexp(mpz_get_d(integer), static_cast<int>(exponent)));
     return *this;
   }
   // A fresh body, not yet shared, is written directly and then adopted.
-  numberrephandle h(0.0, std::max({bits, default_precision, 53UL}), true);
-  mpfr_set_z_2exp(static_cast<mpnumber&>(h.getbody()).getmodifiableelement(), integer, exponent,
-                  MPFR_RNDN);
-  *handle_ = h;
+  auto* body = new mpnumber(0.0, std::max({bits, default_precision, 53UL}));
+  mpfr_set_z_2exp(body->getmodifiableelement(), integer, exponent, MPFR_RNDN);
+  adopt(*body);
   return *this;
 }
 
 void number::getvalue(mpq_ptr q) const {
-  if (gettype() == numbertype::doublenumber) {
-    mpq_set_d(q, static_cast<const doublenumber&>(body()).getelement());
+  if (!isboxed()) {
+    mpq_set_d(q, inlinedouble());
     return;
   }
   mpz_t z;
@@ -148,18 +234,17 @@ void number::getvalue(mpq_ptr q) const {
 }
 
 number& number::stripscaling(double slope, int exponent, double bias) {
-  handle_->stripscaling(slope, exponent, bias);
-  return *this;
+  return mutate([&](numberrepbody& b) -> numberrepbody& {
+    return b.stripscaling(slope, exponent, bias);
+  });
 }
 
-#define CORBEL_ROUNDING(name)    \
-  number& number::name() {       \
-    handle_->name();             \
-    return *this;                \
-  }                              \
-  number& number::name(long n) { \
-    handle_->name(n);            \
-    return *this;                \
+#define CORBEL_ROUNDING(name)                                                    \
+  number& number::name() {                                                       \
+    return mutate([](numberrepbody& b) -> numberrepbody& { return b.name(); });  \
+  }                                                                              \
+  number& number::name(long n) {                                                 \
+    return mutate([n](numberrepbody& b) -> numberrepbody& { return b.name(n); }); \
   }
 CORBEL_ROUNDING(ceil)
 CORBEL_ROUNDING(convergent)
@@ -171,61 +256,72 @@ CORBEL_ROUNDING(round)
 
 number& number::bitcmp(bool s, int wl, double slope, int e, double bias, std::uint64_t mask,
                        std::uint64_t two) {
-  handle_->bitcmp(s, wl, slope, e, bias, mask, two);
-  return *this;
+  return mutate([&](numberrepbody& b) -> numberrepbody& {
+    return b.bitcmp(s, wl, slope, e, bias, mask, two);
+  });
 }
 number& number::bitcmp(bool s, int wl, double slope, int e, double bias, mpz_srcptr mask,
                        mpfr_srcptr two) {
-  handle_->bitcmp(s, wl, slope, e, bias, mask, two);
-  return *this;
+  return mutate([&](numberrepbody& b) -> numberrepbody& {
+    return b.bitcmp(s, wl, slope, e, bias, mask, two);
+  });
 }
-number& number::doublebitand(const number& o, bool s, int wl, double slope, int e, double bias,
-                             std::uint64_t two) {
-  handle_->fibitand(*o.handle_, s, wl, slope, e, bias, two);
-  return *this;
-}
-number& number::mpbitand(const number& o, bool s, int wl, double slope, int e, double bias,
-                         mpfr_srcptr two) {
-  handle_->fibitand(*o.handle_, s, wl, slope, e, bias, two);
-  return *this;
-}
-number& number::doublebitor(const number& o, bool s, int wl, double slope, int e, double bias,
-                            std::uint64_t two) {
-  handle_->fibitor(*o.handle_, s, wl, slope, e, bias, two);
-  return *this;
-}
-number& number::mpbitor(const number& o, bool s, int wl, double slope, int e, double bias,
-                        mpfr_srcptr two) {
-  handle_->fibitor(*o.handle_, s, wl, slope, e, bias, two);
-  return *this;
-}
-number& number::doublebitxor(const number& o, bool s, int wl, double slope, int e, double bias,
-                             std::uint64_t two) {
-  handle_->bitxor(*o.handle_, s, wl, slope, e, bias, two);
-  return *this;
-}
-number& number::mpbitxor(const number& o, bool s, int wl, double slope, int e, double bias,
-                         mpfr_srcptr two) {
-  handle_->bitxor(*o.handle_, s, wl, slope, e, bias, two);
-  return *this;
-}
+
+// The two-operand bit operations: the same body operation for both forms of the masks.
+#define CORBEL_BITWISE(name, bodyop, Two)                                                   \
+  number& number::name(const number& o, bool s, int wl, double slope, int e, double bias,  \
+                       Two two) {                                                          \
+    return withbody(o, [&](const numberrepbody& ob) -> number& {                           \
+      return mutate([&](numberrepbody& b) -> numberrepbody& {                              \
+        return b.bodyop(ob, s, wl, slope, e, bias, two);                                   \
+      });                                                                                  \
+    });                                                                                    \
+  }
+CORBEL_BITWISE(doublebitand, fibitand, std::uint64_t)
+CORBEL_BITWISE(mpbitand, fibitand, mpfr_srcptr)
+CORBEL_BITWISE(doublebitor, fibitor, std::uint64_t)
+CORBEL_BITWISE(mpbitor, fibitor, mpfr_srcptr)
+CORBEL_BITWISE(doublebitxor, bitxor, std::uint64_t)
+CORBEL_BITWISE(mpbitxor, bitxor, mpfr_srcptr)
+#undef CORBEL_BITWISE
+
 unsigned char number::bitget(long p, bool s, int wl, double slope, int e, double bias,
                              std::uint64_t two) const {
-  return handle_->bitget(p, s, wl, slope, e, bias, two);
+  return withbody(*this, [&](const numberrepbody& b) {
+    return b.bitget(p, s, wl, slope, e, bias, two);
+  });
 }
 unsigned char number::bitget(long p, bool s, int wl, double slope, int e, double bias,
                              mpfr_srcptr two) const {
-  return handle_->bitget(p, s, wl, slope, e, bias, two);
+  return withbody(*this, [&](const numberrepbody& b) {
+    return b.bitget(p, s, wl, slope, e, bias, two);
+  });
 }
 number& number::bitset(long p, bool v, bool s, int wl, double slope, int e, double bias,
                        std::uint64_t two) {
-  handle_->bitset(p, v, s, wl, slope, e, bias, two);
-  return *this;
+  return mutate([&](numberrepbody& b) -> numberrepbody& {
+    return b.bitset(p, v, s, wl, slope, e, bias, two);
+  });
 }
 number& number::bitset(long p, bool v, bool s, int wl, double slope, int e, double bias,
                        mpfr_srcptr two) {
-  handle_->bitset(p, v, s, wl, slope, e, bias, two);
-  return *this;
+  return mutate([&](numberrepbody& b) -> numberrepbody& {
+    return b.bitset(p, v, s, wl, slope, e, bias, two);
+  });
 }
+
+#define CORBEL_FIXED2INT(name, T)                                              \
+  T number::name(long wl, long fl) const {                                     \
+    return withbody(*this, [&](const numberrepbody& b) { return b.name(wl, fl); }); \
+  }
+CORBEL_FIXED2INT(fixed2int8, std::int8_t)
+CORBEL_FIXED2INT(fixed2int16, std::int16_t)
+CORBEL_FIXED2INT(fixed2int32, std::int32_t)
+CORBEL_FIXED2INT(fixed2int64, std::int64_t)
+CORBEL_FIXED2INT(fixed2uint8, std::uint8_t)
+CORBEL_FIXED2INT(fixed2uint16, std::uint16_t)
+CORBEL_FIXED2INT(fixed2uint32, std::uint32_t)
+CORBEL_FIXED2INT(fixed2uint64, std::uint64_t)
+#undef CORBEL_FIXED2INT
 
 }  // namespace corbel

@@ -167,8 +167,8 @@ class numberrephandle final : public Pooled<numberrephandle> {
     });
   }
 
- private:
-  // Copy-on-write, then the operation, then adoption of the body it returns.
+  // Copy-on-write, then the operation op(body) -> result body, then adoption of the body it
+  // returns.
   template <class Op>
   numberrephandle& mutate(Op op) {
     if (body_->getcount() > 1) unshare();
@@ -176,6 +176,8 @@ class numberrephandle final : public Pooled<numberrephandle> {
     if (&result != body_) changebody(&result);
     return *this;
   }
+
+ private:
   void unshare();
   static numberrepbody* checked(numberrepbody* b) {
     if (b == nullptr) throw std::bad_alloc();

@@ -56,6 +56,20 @@ class quantizer {
   // called, so this serves quantization that keeps no log. Returns false, changing
   // nothing, when the settings don't qualify.
   bool quantizeDoubles(double* x, std::size_t n) const;
+  // What the double kernels (double_kernels.cpp) read: the settings, the fraction length
+  // and the bounds as doubles.
+  struct DoubleBounds {
+    RoundModeEnum round;
+    OverflowModeEnum overflow;
+    bool issigned;
+    long f;
+    double hi, lo, w;
+    template <RoundModeEnum R, OverflowModeEnum O, bool Signed>
+    double step(double v) const;
+  };
+  // The bounds for the current settings; false when they are not fixed-point with double
+  // bounds.
+  bool doubleBounds(DoubleBounds& bounds) const;
   // Adds the n terms into sum one at a time, quantizing after each addition as quantize
   // would; the same conditions and answer as quantizeDoubles.
   bool accumulateDoubles(double& sum, const double* terms, std::size_t n) const;
@@ -190,21 +204,6 @@ class quantizer {
   template <RoundModeEnum R>
   number& quantizeFloat(number& x, const qlogger& log) const;
   number& quantizeDouble(number& x, const qlogger& log) const;
-  // What the double kernels read: the fraction length and the bounds as doubles.
-  struct DoubleBounds {
-    long f;
-    double hi, lo, w;
-    template <RoundModeEnum R, OverflowModeEnum O, bool Signed>
-    double step(double v) const;
-  };
-  // Quantizes x[0..n) in place, or, given terms, adds them one by one into *x.
-  using DoubleKernel = void (*)(const DoubleBounds&, double* x, const double* terms, std::size_t n);
-  template <RoundModeEnum R, OverflowModeEnum O, bool Signed>
-  static void quantizeFixedDoubles(const DoubleBounds& b, double* x, const double* terms,
-                                   std::size_t n);
-  // The kernel and bounds for the current settings; false when they are not fixed-point
-  // with double bounds.
-  bool doubleKernel(DoubleKernel& kernel, DoubleBounds& bounds) const;
   number& quantizeNone(number& x, const qlogger& log) const;
   number& quantizeScaledDouble(number& x, const qlogger& log) const;
   number& quantizeBoolean(number& x, const qlogger& log) const;

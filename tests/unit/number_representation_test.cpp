@@ -58,12 +58,14 @@ TEST(NumberRepresentation, DefaultsApplyToNumbersMadeWithoutPrecision) {
   EXPECT_EQ(number(0.5).gettype(), numbertype::doublenumber);
 }
 
+// Multiprecision copies share one body; a double is held inline and never shared.
 TEST(NumberRepresentation, CopiesShareUntilOneChanges) {
   for (unsigned long precision : {52ul, 120ul}) {
+    const auto shared = [&](int n) { return precision > 52 ? n : 1; };
     number a(3.0, precision, false);
     number b(a);
     number c = a;
-    EXPECT_EQ(a.getcount(), 3);
+    EXPECT_EQ(a.getcount(), shared(3));
     c += number(1.0, precision, false);
     b.negate();
     EXPECT_EQ(a.todouble(), 3.0);
@@ -73,7 +75,7 @@ TEST(NumberRepresentation, CopiesShareUntilOneChanges) {
     // Self-assignment and assignment from a sibling keep the counts right.
     a = a;
     b = a;
-    EXPECT_EQ(a.getcount(), 2);
+    EXPECT_EQ(a.getcount(), shared(2));
     a += a;
     EXPECT_EQ(a.todouble(), 6.0);
     EXPECT_EQ(b.todouble(), 3.0);

@@ -1,0 +1,27 @@
+// Loops over element arrays of double-backed numbers: reading them as doubles, writing
+// doubles into them, and the exact arithmetic between. Each loop is built for several
+// x86-64 levels (see quantize/cpu_clones.h); none rounds anything that is not exact.
+#pragma once
+
+#include <cstddef>
+
+#include "number/number.h"
+
+namespace corbel::kernels {
+
+// Reads p[0], p[step], ..., p[(n - 1) * step] into out (step 0 repeats p[0]); false when
+// one of them is not an inline double, out then holding garbage.
+bool load(const number* p, std::size_t step, std::size_t n, double* out);
+// Writes x[0 .. n) as inline doubles into raw storage p.
+void store(number* p, const double* x, std::size_t n);
+
+enum class Combine { Add, Subtract, Multiply };
+// x[i] = x[i] op y[i], in IEEE arithmetic (the callers make sure that it is exact).
+void combine(Combine op, double* x, const double* y, std::size_t n);
+
+// c = a * b for column-major a (m x n) and b (n x p), the products and their sums
+// exact in doubles, so that the order of the additions does not matter.
+void matrixProduct(const double* a, const double* b, double* c, std::size_t m, std::size_t n,
+                   std::size_t p);
+
+}  // namespace corbel::kernels
