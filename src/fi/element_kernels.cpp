@@ -8,24 +8,27 @@
 namespace corbel::kernels {
 
 CORBEL_CPU_CLONES bool load(const number* p, std::size_t step, std::size_t n, double* out) {
-  bool doubles = true;
+  if (n == 0) return true;
   if (step == 0) {
     const double v = p->inlinedouble();
     for (std::size_t i = 0; i < n; ++i) out[i] = v;
-    return n == 0 || p->isdouble();
+    return p->isdouble();
   }
   if (step == 1) {
-    for (std::size_t i = 0; i < n; ++i) {
-      doubles &= p[i].isdouble();
-      out[i] = p[i].inlinedouble();
-    }
-    return doubles;
+    // A number is its 64-bit word: copied whole, then checked for boxes.
+    std::memcpy(out, static_cast<const void*>(p), n * sizeof(number));
+    return number::alldoubles(p, n);
   }
+  bool doubles = true;
   for (std::size_t i = 0; i < n; ++i) {
     doubles &= p[i * step].isdouble();
     out[i] = p[i * step].inlinedouble();
   }
   return doubles;
+}
+
+CORBEL_CPU_CLONES bool alldoubles(const number* p, std::size_t n) {
+  return number::alldoubles(p, n);
 }
 
 CORBEL_CPU_CLONES void store(number* p, const double* x, std::size_t n) {

@@ -12,6 +12,8 @@ namespace corbel::kernels {
 // Reads p[0], p[step], ..., p[(n - 1) * step] into out (step 0 repeats p[0]); false when
 // one of them is not an inline double, out then holding garbage.
 bool load(const number* p, std::size_t step, std::size_t n, double* out);
+// Whether p[0 .. n) are all inline doubles.
+bool alldoubles(const number* p, std::size_t n);
 // Writes x[0 .. n) as inline doubles into raw storage p.
 void store(number* p, const double* x, std::size_t n);
 

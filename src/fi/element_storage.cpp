@@ -4,6 +4,8 @@
 #include <array>
 #include <cstring>
 
+#include "fi/element_kernels.h"
+
 namespace corbel {
 namespace {
 
@@ -90,9 +92,16 @@ void ElementStorage::deallocate(number* p, std::size_t n) noexcept {
 }
 
 void ElementStorage::destroyRange(number* p, std::size_t n) noexcept {
-  // Last first, as an array is destroyed, so the handle and body pools get the objects of
-  // multiprecision elements back in the order the next array will take them.
-  while (n-- > 0) p[n].~number();
+  // Inline doubles need nothing, and whole runs of them are passed over. Last first, as an
+  // array is destroyed, so the handle and body pools get the objects of multiprecision
+  // elements back in the order the next array will take them.
+  constexpr std::size_t kRun = 512;
+  while (n > 0) {
+    const std::size_t count = n < kRun ? n : kRun;
+    n -= count;
+    if (kernels::alldoubles(p + n, count)) continue;
+    for (std::size_t i = count; i-- > 0;) p[n + i].~number();
+  }
 }
 
 number* ElementStorage::makeZeros(std::size_t n) {

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 
 #include "number/doublenumber.h"
@@ -70,6 +71,12 @@ class number {
   // Writes v as an inline double into a slot that holds no multiprecision value (raw or
   // zero-filled memory, or a double): the whole-array loops store results this way.
   static void placedouble(number* slot, double v) noexcept { slot->bits_ = encode(v); }
+  // Whether the n numbers at p are all inline doubles.
+  static bool alldoubles(const number* p, std::size_t n) noexcept {
+    std::uint64_t boxed = 0;
+    for (std::size_t i = 0; i < n; ++i) boxed += (p[i].bits_ & ~kPayload) == kBoxTag;
+    return boxed == 0;
+  }
   // The handle of a multiprecision value; only for !isdouble() numbers.
   const numberrephandle& gethandle() const { return handle(); }
 
