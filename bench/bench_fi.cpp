@@ -1,16 +1,21 @@
-// Benchmarks of fi arithmetic, each beside a plain loop doing the same integer arithmetic
-// with rounding and saturation, in the same run: element-wise add and multiply of two
-// 10^6-element signed 16-bit fraction 15 arrays (full precision), a complex add of the same
-// size, add and multiply at 100 bits, and a 64x64 by 64x64 matrix product of 16-bit values.
-// The table after the run gives ns per element (per multiply-add for the matrix product)
-// and the ratio to the plain loop of the same group.
+// The fi tasks of docs/performance.md, each beside a plain C++ loop doing the same integer
+// work on stored integers, in the same run:
+//   a   quantize 10^6 doubles to s16,15 (the fi constructor; nearest, saturate)
+//   b   add two 10^6-element s16,15 arrays at full precision
+//   c   multiply two 10^6-element s16,15 arrays at full precision
+//   d+  add two 10^5-element s100,96 arrays at full precision
+//   dx  multiply two 10^5-element s100,96 arrays to 200 bits
+//   e   64x64 by 64x64 matrix product of s16,15 (per multiply-add)
+//   cb  the complex form of b
+// Inputs are uniform in (-1.1, 1.1). The plain loops are built with the project's flags,
+// as any code that uses the library is; the "avx2" rows give the same loops built for
+// AVX2 (as the library's kernels also are), for comparison. The table after the run gives
+// ns per element and the ratio to the plain loop of the same task.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -23,24 +28,52 @@ using namespace corbel;
 namespace {
 
 constexpr int kN = 1000000;
+constexpr int kWideN = 100000;
+constexpr int kM = 64;
 __extension__ typedef __int128 int128;
 __extension__ typedef unsigned __int128 u128;
-constexpr int kM = 64;
 
-std::vector<double> randomValues(int n, double range, std::uint64_t seed) {
+std::vector<double> randomValues(int n, std::uint64_t seed) {
   std::mt19937_64 rng(seed);
-  std::uniform_real_distribution<double> d(-range, range);
+  std::uniform_real_distribution<double> d(-1.1, 1.1);
   std::vector<double> v(static_cast<size_t>(n));
   for (double& x : v) x = d(rng);
   return v;
 }
 
-// The stored integers of a signed fraction-15 array.
-std::vector<std::int32_t> storedIntegers(const std::vector<double>& v) {
-  std::vector<std::int32_t> out(v.size());
-  for (size_t i = 0; i < v.size(); ++i)
-    out[i] =
-        static_cast<std::int32_t>(std::clamp(std::floor(v[i] * 32768.0 + 0.5), -32768.0, 32767.0));
+const std::vector<double>& va() {
+  static const auto v = randomValues(kN, 1);
+  return v;
+}
+const std::vector<double>& vb() {
+  static const auto v = randomValues(kN, 2);
+  return v;
+}
+
+template <class T>
+T saturate(T x, T lo, T hi) {
+  return x < lo ? lo : (x > hi ? hi : x);
+}
+
+#if defined(__x86_64__) && defined(__GNUC__)
+#define CORBEL_AVX2 __attribute__((target("arch=x86-64-v3")))
+#else
+#define CORBEL_AVX2
+#endif
+// Each plain loop twice: with the project's flags, and for AVX2.
+#define CORBEL_PLAIN_LOOP(name, params, ...) \
+  void name params __VA_ARGS__                \
+  CORBEL_AVX2 void name##Avx2 params __VA_ARGS__
+
+// Nearest (halves up) and saturation into s16,15.
+CORBEL_PLAIN_LOOP(quantizeS16, (const double* x, std::int16_t* out, int n), {
+  for (int i = 0; i < n; ++i)
+    out[i] = static_cast<std::int16_t>(saturate(std::floor(x[i] * 32768.0 + 0.5), -32768.0, 32767.0));
+})
+
+std::vector<std::int16_t> storedIntegers(const std::vector<double>& v) {
+  std::vector<std::int16_t> out(v.size());
+  quantizeS16(v.data(), out.data(), static_cast<int>(v.size()));
   return out;
 }
 
@@ -50,131 +83,151 @@ fi makeArray(const std::vector<double>& v, int m, int n, int wl, int fl,
   return fi(v.data(), nullptr, dims, 2, NumericType(true, wl, fl), math);
 }
 
-// ---- s16 fraction 15, 10^6 elements -------------------------------------------------------
+// ---- a: quantize ----------------------------------------------------------------------------
 
-const std::vector<double>& va() {
-  static const auto v = randomValues(kN, 1.0, 1);
-  return v;
-}
-const std::vector<double>& vb() {
-  static const auto v = randomValues(kN, 1.0, 2);
-  return v;
-}
-
-// Saturates a full-precision result to its word length (a no-op on the values here, but
-// the comparison is what a fixed-point kernel pays).
-template <class T>
-T saturate(T x, T lo, T hi) {
-  return x < lo ? lo : (x > hi ? hi : x);
-}
-
-void BM_add_plain_loop(benchmark::State& state) {
-  const auto a = storedIntegers(va()), b = storedIntegers(vb());
-  std::vector<std::int32_t> out(kN);
+void BM_a_plain_loop(benchmark::State& state) {
+  std::vector<std::int16_t> out(kN);
   for (auto _ : state) {
-    for (int i = 0; i < kN; ++i) out[i] = saturate(a[i] + b[i], -(1 << 16), (1 << 16) - 1);
+    quantizeS16(va().data(), out.data(), kN);
     benchmark::DoNotOptimize(out.data());
     benchmark::ClobberMemory();
   }
 }
 
-void BM_add_fi(benchmark::State& state) {
+void BM_a_plain_avx2(benchmark::State& state) {
+  std::vector<std::int16_t> out(kN);
+  for (auto _ : state) {
+    quantizeS16Avx2(va().data(), out.data(), kN);
+    benchmark::DoNotOptimize(out.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_a_fi(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(makeArray(va(), 1, kN, 16, 15));
+}
+
+// ---- b, c: s16,15 ---------------------------------------------------------------------------
+
+CORBEL_PLAIN_LOOP(addS16, (const std::int16_t* a, const std::int16_t* b, std::int32_t* out, int n), {
+  for (int i = 0; i < n; ++i) out[i] = saturate(a[i] + b[i], -(1 << 16), (1 << 16) - 1);
+})
+
+// The full product of two s16 needs 31 bits; the saturation is what a kernel pays.
+CORBEL_PLAIN_LOOP(mulS16, (const std::int16_t* a, const std::int16_t* b, std::int32_t* out, int n), {
+  for (int i = 0; i < n; ++i)
+    out[i] = saturate(std::int32_t{a[i]} * b[i], -(1 << 30), (1 << 30) - 1 + (1 << 30));
+})
+
+void BM_b_plain_loop(benchmark::State& state) {
+  const auto a = storedIntegers(va()), b = storedIntegers(vb());
+  std::vector<std::int32_t> out(kN);
+  for (auto _ : state) {
+    addS16(a.data(), b.data(), out.data(), kN);
+    benchmark::DoNotOptimize(out.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_b_plain_avx2(benchmark::State& state) {
+  const auto a = storedIntegers(va()), b = storedIntegers(vb());
+  std::vector<std::int32_t> out(kN);
+  for (auto _ : state) {
+    addS16Avx2(a.data(), b.data(), out.data(), kN);
+    benchmark::DoNotOptimize(out.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_b_fi(benchmark::State& state) {
   const fi a = makeArray(va(), 1, kN, 16, 15), b = makeArray(vb(), 1, kN, 16, 15);
   for (auto _ : state) benchmark::DoNotOptimize(a.plus(b));
 }
 
-// The element operators one by one: what plus costs without the bulk path.
-void BM_add_fi_element_operators(benchmark::State& state) {
-  const fi a = makeArray(va(), 1, kN, 16, 15), b = makeArray(vb(), 1, kN, 16, 15);
-  const NumericType T = a.getNumericTypeForAddOp(b);
-  for (auto _ : state) {
-    fi r(1, kN, T, a.getFimath(), false);
-    for (int i = 0; i < kN; ++i) {
-      r.setIndex(i);
-      r = a(i) + b(i);
-    }
-    benchmark::DoNotOptimize(r.real(0));
-  }
-}
-
-void BM_mul_plain_loop(benchmark::State& state) {
+void BM_c_plain_loop(benchmark::State& state) {
   const auto a = storedIntegers(va()), b = storedIntegers(vb());
-  std::vector<std::int64_t> out(kN);
+  std::vector<std::int32_t> out(kN);
   for (auto _ : state) {
-    for (int i = 0; i < kN; ++i)
-      out[i] = saturate<std::int64_t>(std::int64_t{a[i]} * b[i], -(1LL << 31), (1LL << 31) - 1);
+    mulS16(a.data(), b.data(), out.data(), kN);
     benchmark::DoNotOptimize(out.data());
     benchmark::ClobberMemory();
   }
 }
 
-void BM_mul_fi(benchmark::State& state) {
+void BM_c_plain_avx2(benchmark::State& state) {
+  const auto a = storedIntegers(va()), b = storedIntegers(vb());
+  std::vector<std::int32_t> out(kN);
+  for (auto _ : state) {
+    mulS16Avx2(a.data(), b.data(), out.data(), kN);
+    benchmark::DoNotOptimize(out.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_c_fi(benchmark::State& state) {
   const fi a = makeArray(va(), 1, kN, 16, 15), b = makeArray(vb(), 1, kN, 16, 15);
   for (auto _ : state) benchmark::DoNotOptimize(a.times(b));
 }
 
-// ---- complex s16 fraction 15, 10^6 elements ------------------------------------------------
-
-void BM_cadd_plain_loop(benchmark::State& state) {
+void BM_cb_plain_loop(benchmark::State& state) {
   const auto ar = storedIntegers(va()), ai = storedIntegers(vb());
-  const auto br = storedIntegers(vb()), bi = storedIntegers(va());
   std::vector<std::int32_t> re(kN), im(kN);
   for (auto _ : state) {
-    for (int i = 0; i < kN; ++i) {
-      re[i] = saturate(ar[i] + br[i], -(1 << 16), (1 << 16) - 1);
-      im[i] = saturate(ai[i] + bi[i], -(1 << 16), (1 << 16) - 1);
-    }
+    addS16(ar.data(), ai.data(), re.data(), kN);
+    addS16(ai.data(), ar.data(), im.data(), kN);
     benchmark::DoNotOptimize(re.data());
     benchmark::DoNotOptimize(im.data());
     benchmark::ClobberMemory();
   }
 }
 
-void BM_cadd_fi(benchmark::State& state) {
+void BM_cb_fi(benchmark::State& state) {
   const int dims[] = {1, kN};
   const fi a(va().data(), vb().data(), dims, 2, NumericType(true, 16, 15), fimath());
   const fi b(vb().data(), va().data(), dims, 2, NumericType(true, 16, 15), fimath());
   for (auto _ : state) benchmark::DoNotOptimize(a.plus(b));
 }
 
-// ---- 100 bits, fraction 98 ---------------------------------------------------------------
+// ---- d+, dx: s100,96 ------------------------------------------------------------------------
 
-void BM_add100_plain_loop(benchmark::State& state) {
-  // 100-bit stored integers in 128-bit arithmetic, saturated to the 101-bit sum.
-  std::mt19937_64 rng(3);
-  std::vector<int128> a(kN), b(kN), out(kN);
-  const int128 top = (static_cast<int128>(1) << 99) - 1;
-  for (int i = 0; i < kN; ++i) {
-    a[i] = (static_cast<int128>(rng()) << 36) % top;
-    b[i] = (static_cast<int128>(rng()) << 36) % top;
-  }
+std::vector<int128> wideIntegers(const std::vector<double>& v) {
+  // The stored integers of s100,96 for the first kWideN values: x * 2^96, exact.
+  std::vector<int128> out(kWideN);
+  for (int i = 0; i < kWideN; ++i)
+    out[static_cast<size_t>(i)] =
+        static_cast<int128>(std::ldexp(v[static_cast<size_t>(i)], 52)) << 44;
+  return out;
+}
+
+std::vector<double> wideValues(const std::vector<double>& v) {
+  return std::vector<double>(v.begin(), v.begin() + kWideN);
+}
+
+void BM_dplus_plain_loop(benchmark::State& state) {
+  const auto a = wideIntegers(va()), b = wideIntegers(vb());
+  std::vector<int128> out(kWideN);
   const int128 hi = (static_cast<int128>(1) << 100) - 1, lo = -hi - 1;
   for (auto _ : state) {
-    for (int i = 0; i < kN; ++i) out[i] = saturate(a[i] + b[i], lo, hi);
+    for (int i = 0; i < kWideN; ++i) out[i] = saturate(a[i] + b[i], lo, hi);
     benchmark::DoNotOptimize(out.data());
     benchmark::ClobberMemory();
   }
 }
 
-void BM_add100_fi(benchmark::State& state) {
-  static const fi a = makeArray(va(), 1, kN, 100, 98), b = makeArray(vb(), 1, kN, 100, 98);
+void BM_dplus_fi(benchmark::State& state) {
+  const fi a = makeArray(wideValues(va()), 1, kWideN, 100, 96);
+  const fi b = makeArray(wideValues(vb()), 1, kWideN, 100, 96);
   for (auto _ : state) benchmark::DoNotOptimize(a.plus(b));
 }
 
-// The 200-bit full-precision products of 100-bit stored integers, as sign and magnitude
-// in two 128-bit words: four 64 x 64-bit partial products per element.
-void BM_mul100_plain_loop(benchmark::State& state) {
-  std::mt19937_64 rng(6);
-  const int128 top = (static_cast<int128>(1) << 99) - 1;
-  std::vector<int128> a(kN), b(kN);
-  for (int i = 0; i < kN; ++i) {
-    a[i] = (static_cast<int128>(rng()) << 36) % top;
-    b[i] = -((static_cast<int128>(rng()) << 36) % top);
-  }
-  std::vector<u128> lo(kN), hi(kN);
-  std::vector<bool> negative(kN);
+// The 200-bit products of 100-bit stored integers, as sign and magnitude in two 128-bit
+// words: four 64 x 64-bit partial products per element.
+void BM_dx_plain_loop(benchmark::State& state) {
+  const auto a = wideIntegers(va()), b = wideIntegers(vb());
+  std::vector<u128> lo(kWideN), hi(kWideN);
+  std::vector<bool> negative(kWideN);
   for (auto _ : state) {
-    for (int i = 0; i < kN; ++i) {
+    for (int i = 0; i < kWideN; ++i) {
       const u128 x = static_cast<u128>(a[i] < 0 ? -a[i] : a[i]);
       const u128 y = static_cast<u128>(b[i] < 0 ? -b[i] : b[i]);
       const u128 x0 = static_cast<std::uint64_t>(x), x1 = x >> 64;
@@ -192,64 +245,86 @@ void BM_mul100_plain_loop(benchmark::State& state) {
   }
 }
 
-void BM_mul100_fi(benchmark::State& state) {
+void BM_dx_fi(benchmark::State& state) {
   // Full precision needs 200 bits, above the default maximum of 128.
   fimath wide;
   wide.setMaxProductWordLength(200);
-  static const fi a = makeArray(va(), 1, kN, 100, 98, wide),
-                  b = makeArray(vb(), 1, kN, 100, 98, wide);
+  const fi a = makeArray(wideValues(va()), 1, kWideN, 100, 96, wide);
+  const fi b = makeArray(wideValues(vb()), 1, kWideN, 100, 96, wide);
   for (auto _ : state) benchmark::DoNotOptimize(a.times(b));
 }
 
-// ---- 64x64 by 64x64, 16-bit values ---------------------------------------------------------
+// ---- e: 64x64 by 64x64 ----------------------------------------------------------------------
 
-void BM_matmul_plain_loop(benchmark::State& state) {
-  const auto a = storedIntegers(randomValues(kM * kM, 1.0, 4));
-  const auto b = storedIntegers(randomValues(kM * kM, 1.0, 5));
-  std::vector<std::int64_t> c(kM * kM);
-  // Products of 32 bits, accumulated in 38 bits (64 terms), saturated to the accumulator.
+// Products of 31 bits accumulated in 38 (64 terms), saturated to the accumulator.
+CORBEL_PLAIN_LOOP(matmulS16, (const std::int16_t* a, const std::int16_t* b, std::int64_t* c), {
   const std::int64_t hi = (1LL << 37) - 1, lo = -hi - 1;
+  for (int i = 0; i < kM; ++i)
+    for (int j = 0; j < kM; ++j) {
+      std::int64_t acc = 0;
+      for (int k = 0; k < kM; ++k)
+        acc = saturate(acc + std::int64_t{a[i + k * kM]} * b[k + j * kM], lo, hi);
+      c[i + j * kM] = acc;
+    }
+})
+
+void BM_e_plain_loop(benchmark::State& state) {
+  const auto a = storedIntegers(randomValues(kM * kM, 4));
+  const auto b = storedIntegers(randomValues(kM * kM, 5));
+  std::vector<std::int64_t> c(kM * kM);
   for (auto _ : state) {
-    for (int i = 0; i < kM; ++i)
-      for (int j = 0; j < kM; ++j) {
-        std::int64_t acc = 0;
-        for (int k = 0; k < kM; ++k)
-          acc = saturate(acc + std::int64_t{a[i + k * kM]} * b[k + j * kM], lo, hi);
-        c[i + j * kM] = acc;
-      }
+    matmulS16(a.data(), b.data(), c.data());
     benchmark::DoNotOptimize(c.data());
     benchmark::ClobberMemory();
   }
 }
 
-void BM_matmul_fi(benchmark::State& state) {
-  const fi a = makeArray(randomValues(kM * kM, 1.0, 4), kM, kM, 16, 15);
-  const fi b = makeArray(randomValues(kM * kM, 1.0, 5), kM, kM, 16, 15);
+void BM_e_plain_avx2(benchmark::State& state) {
+  const auto a = storedIntegers(randomValues(kM * kM, 4));
+  const auto b = storedIntegers(randomValues(kM * kM, 5));
+  std::vector<std::int64_t> c(kM * kM);
+  for (auto _ : state) {
+    matmulS16Avx2(a.data(), b.data(), c.data());
+    benchmark::DoNotOptimize(c.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_e_fi(benchmark::State& state) {
+  const fi a = makeArray(randomValues(kM * kM, 4), kM, kM, 16, 15);
+  const fi b = makeArray(randomValues(kM * kM, 5), kM, kM, 16, 15);
   for (auto _ : state) benchmark::DoNotOptimize(a.mtimes(b));
 }
 
-BENCHMARK(BM_add_plain_loop)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_add_fi)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_add_fi_element_operators)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_mul_plain_loop)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_mul_fi)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_cadd_plain_loop)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_cadd_fi)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_add100_plain_loop)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_add100_fi)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_mul100_plain_loop)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_mul100_fi)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_matmul_plain_loop)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_matmul_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_a_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_a_plain_avx2)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_a_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_b_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_b_plain_avx2)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_b_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_c_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_c_plain_avx2)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_c_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_dplus_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_dplus_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_dx_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_dx_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_e_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_e_plain_avx2)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_e_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_cb_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_cb_fi)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Grouped by the word after "BM_"; the plain loop of each group is its baseline.
+  // Grouped by the task after "BM_"; the plain loop of each task is its baseline.
   bench::RatioReporter reporter("element", [](const std::string& name) {
-    const std::string group = name.substr(3, name.find('_', 3) - 3);
-    return bench::Placement{name, group, name.find("plain_loop") != std::string::npos,
-                            group == "matmul" ? double(kM) * kM * kM : double(kN)};
+    const std::string task = name.substr(3, name.find('_', 3) - 3);
+    const double items = task == "e" ? double(kM) * kM * kM
+                         : (task == "dplus" || task == "dx") ? double(kWideN)
+                                                             : double(kN);
+    return bench::Placement{name, task, name.find("plain_loop") != std::string::npos, items};
   });
   return bench::runWithRatios(argc, argv, reporter);
 }

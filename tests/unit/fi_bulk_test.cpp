@@ -1,9 +1,12 @@
-// The whole-array fast paths against the element operators, bit for bit, over a sweep of
-// formats, values and every rounding, overflow, sum and product setting.
+// The whole-array kernels against the element path, bit for bit, over a sweep of formats
+// (word lengths 1 to 52, fraction lengths below 0 and above the word length), values (zeros
+// of both signs, overflowing ones), shapes (scalar expansion, empty arrays, complex parts)
+// and every rounding, overflow, sum and product setting.
 #include <gtest/gtest.h>
 
 #include <bit>
 #include <cstdint>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -37,8 +40,8 @@ template <class Op>
 std::vector<double> elementPath(const fi& a, const fi& b, const NumericType& T, Op op) {
   const fi& shape = a.numel() == 1 ? b : a;
   fi r(shape.dims(), shape.ndims(), T, a.getFimath(), a.iscomplex() || b.iscomplex());
-  a.setIndex(0);
-  b.setIndex(0);
+  if (a.numel() == 1) a.setIndex(0);
+  if (b.numel() == 1) b.setIndex(0);
   for (int i = 0; i < r.numel(); ++i) {
     if (a.numel() != 1) a.setIndex(i);
     if (b.numel() != 1) b.setIndex(i);
@@ -64,8 +67,11 @@ fi randomArray(std::mt19937_64& rng, int numel, bool issigned, int wl, int fl, c
   std::vector<double> re(static_cast<size_t>(numel)), im(re.size());
   for (double& x : re) x = spread(rng) * range;
   for (double& x : im) x = spread(rng) * range;
-  if (numel > 1) re[0] = im[1] = 0.0;
-  const int dims[] = {rows, numel / rows};
+  if (numel > 2) {
+    re[0] = im[1] = 0.0;
+    re[1] = im[2] = -0.0;
+  }
+  const int dims[] = {rows, rows == 0 ? 0 : numel / rows};
   return fi(re.data(), complex ? im.data() : nullptr, dims, 2, NumericType(issigned, wl, fl), m);
 }
 
@@ -87,17 +93,30 @@ fimath randomFimath(std::mt19937_64& rng, int t, int maxWordLength, int maxFract
   return m;
 }
 
+// A word length from 1 to 52, short ones more often, and a fraction length from 8 below
+// zero to 8 above the word length.
+struct RandomFormat {
+  int wl, fl;
+  explicit RandomFormat(std::mt19937_64& rng, int maxWordLength = 52) {
+    std::uniform_int_distribution<int> shortOrLong(0, 2);
+    wl = std::uniform_int_distribution<int>(1, shortOrLong(rng) ? 24 : maxWordLength)(rng);
+    fl = std::uniform_int_distribution<int>(-8, wl + 8)(rng);
+  }
+};
+
 TEST(FiBulk, SumsDifferencesAndProductsMatchTheElementOperatorsBitForBit) {
   std::mt19937_64 rng(20261122);
-  std::uniform_int_distribution<int> wlDist(2, 24), flDist(-4, 28), coin(0, 1);
+  std::uniform_int_distribution<int> coin(0, 1);
   int sums = 0, complexSums = 0, products = 0;
-  for (int trial = 0; trial < 400; ++trial) {
-    const fimath m = randomFimath(rng, trial, 24, 28);
-    // Scalar expansion on either side now and then.
-    const int na = trial % 7 == 0 ? 1 : 37, nb = trial % 5 == 0 ? 1 : 37;
+  for (int trial = 0; trial < 600; ++trial) {
+    const fimath m = randomFimath(rng, trial, 48, 56);
+    // Scalar expansion on either side now and then, and empty arrays.
+    const int na = trial % 7 == 0 ? 1 : (trial % 23 == 0 ? 0 : 37);
+    const int nb = trial % 5 == 0 ? 1 : (na == 0 ? 0 : 37);
+    const RandomFormat fa(rng), fb(rng);
     // Complex operands on either side now and then: their sums run part by part.
-    const fi a = randomArray(rng, na, coin(rng), wlDist(rng), flDist(rng), m, 1, trial % 3 == 1);
-    const fi b = randomArray(rng, nb, coin(rng), wlDist(rng), flDist(rng), m, 1, trial % 4 == 2);
+    const fi a = randomArray(rng, na, coin(rng), fa.wl, fa.fl, m, na == 0 ? 0 : 1, trial % 3 == 1);
+    const fi b = randomArray(rng, nb, coin(rng), fb.wl, fb.fl, m, nb == 0 ? 0 : 1, trial % 4 == 2);
 
     const NumericType T = a.getNumericTypeForAddOp(b);
     for (bool subtract : {false, true}) {
@@ -124,7 +143,7 @@ TEST(FiBulk, SumsDifferencesAndProductsMatchTheElementOperatorsBitForBit) {
   // The sweep must exercise the fast paths, not fall back everywhere.
   EXPECT_GT(sums, 400);
   EXPECT_GT(complexSums, 150);
-  EXPECT_GT(products, 120);
+  EXPECT_GT(products, 150);
 }
 
 // The matrix product against the element path, which logging forces (the logging
@@ -133,13 +152,14 @@ TEST(FiBulk, MatrixProductsMatchTheElementPathBitForBit) {
   InProcessHost host;
   ScopedHost scope(host);
   std::mt19937_64 rng(4096);
-  std::uniform_int_distribution<int> wlDist(2, 20), flDist(-4, 24), coin(0, 1), size(1, 6);
+  std::uniform_int_distribution<int> coin(0, 1), size(1, 9);
   int bulk = 0;
   for (int trial = 0; trial < 300; ++trial) {
-    const fimath m = randomFimath(rng, trial, 20, 24);
+    const fimath m = randomFimath(rng, trial, 24, 32);
     const int rows = size(rng), inner = size(rng), cols = size(rng);
-    const fi a = randomArray(rng, rows * inner, coin(rng), wlDist(rng), flDist(rng), m, rows);
-    const fi b = randomArray(rng, inner * cols, coin(rng), wlDist(rng), flDist(rng), m, inner);
+    const RandomFormat fa(rng, 26), fb(rng, 26);
+    const fi a = randomArray(rng, rows * inner, coin(rng), fa.wl, fa.fl, m, rows);
+    const fi b = randomArray(rng, inner * cols, coin(rng), fb.wl, fb.fl, m, inner);
     if (a.numel() == 1 || b.numel() == 1) continue;  // a scalar makes it an element-wise product
     const NumericType P = a.getProductTypeForMpyOp(b);
     const NumericType S = inner == 1 ? P : NumericType(a.getSumNumericTypeForMatrixMultiply(b, P));
@@ -155,6 +175,48 @@ TEST(FiBulk, MatrixProductsMatchTheElementPathBitForBit) {
   EXPECT_GT(bulk, 100);
 }
 
+// Construction from doubles and re-quantization after a change of type, whole-array
+// against the element path (which a log forces), every rounding and overflow mode.
+TEST(FiBulk, ConstructionAndRequantizationMatchTheElementPathBitForBit) {
+  InProcessHost host;
+  ScopedHost scope(host);
+  std::mt19937_64 rng(52);
+  std::uniform_real_distribution<double> spread(-1.5, 1.5);
+  for (int trial = 0; trial < 300; ++trial) {
+    fimath m;
+    m.setRoundMode(kRoundModes[trial % 6]);
+    m.setOverflowMode(trial % 4 < 2 ? OverflowModeEnum::Wrap : OverflowModeEnum::Saturate);
+    const RandomFormat f(rng), g(rng);
+    const bool issigned = trial % 3 != 0, complex = trial % 5 == 0;
+    std::vector<double> re(41), im(41);
+    for (size_t i = 0; i < re.size(); ++i) {
+      re[i] = spread(rng) * std::ldexp(1.0, f.wl - f.fl + static_cast<int>(i % 3));
+      im[i] = spread(rng) * std::ldexp(1.0, f.wl - f.fl);
+    }
+    re[0] = -0.0, re[1] = 1e300, re[2] = -1e-300, im[3] = -0.0;
+    const int dims[] = {1, 41};
+    const auto make = [&](bool logging) {
+      fi::setLogging(logging);
+      auto x = std::make_unique<fi>(re.data(), complex ? im.data() : nullptr, dims, 2,
+                                    NumericType(issigned, f.wl, f.fl), m);
+      const std::vector<double> made = parts(*x);
+      x->setFractionLength(g.fl);
+      x->setWordLength(g.wl);
+      fi::setLogging(false);
+      return std::make_pair(made, parts(*x));
+    };
+    const auto fast = make(false), slow = make(true);
+    const fi reference(re.data(), complex ? im.data() : nullptr, dims, 2,
+                       NumericType(issigned, f.wl, f.fl), m);
+    expectSameBits(reference, slow.first, "construction");
+    ASSERT_EQ(fast.second.size(), slow.second.size());
+    for (size_t i = 0; i < fast.second.size(); ++i)
+      ASSERT_EQ(std::bit_cast<std::uint64_t>(fast.second[i]),
+                std::bit_cast<std::uint64_t>(slow.second[i]))
+          << "re-quantization, part " << i;
+  }
+}
+
 TEST(FiBulk, DeclinesWhatItCannotDoExactly) {
   const fimath m;
   const double v[] = {0.25, -0.5};
@@ -165,6 +227,10 @@ TEST(FiBulk, DeclinesWhatItCannotDoExactly) {
   const NumericType T = narrow.getNumericTypeForAddOp(narrow);
   narrow.initializeSumRegister(T, m);
   EXPECT_NE(narrow.bulkSum(narrow, T, false), nullptr);
+  // A log is kept element by element.
+  fi::setLogging(true);
+  EXPECT_EQ(narrow.bulkSum(narrow, T, false), nullptr);
+  fi::setLogging(false);
   wide.initializeSumRegister(wide.getNumericTypeForAddOp(wide), m);
   EXPECT_EQ(wide.bulkSum(wide, wide.getNumericTypeForAddOp(wide), false), nullptr);
   // Complex sums run part by part; complex products take the element path.

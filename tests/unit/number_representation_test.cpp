@@ -1,7 +1,9 @@
 // Representation choice, copy-on-write, promotion and precision changes of numbers.
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <random>
 #include <vector>
 
@@ -80,6 +82,25 @@ TEST(NumberRepresentation, CopiesShareUntilOneChanges) {
     EXPECT_EQ(a.todouble(), 6.0);
     EXPECT_EQ(b.todouble(), 3.0);
   }
+}
+
+// A double is held as its own bits, except a NaN whose pattern reads as a boxed handle: it
+// becomes the quiet NaN, so no input can pass for a multiprecision value.
+TEST(NumberRepresentation, DoublesAreHeldInlineAndNoNaNPassesForABox) {
+  for (std::uint64_t bits : {0xFFF6'0000'0000'0000ull, 0xFFF6'1234'5678'9ABCull}) {
+    number x = number::ondouble(std::bit_cast<double>(bits));
+    number y(std::bit_cast<double>(bits));
+    y.setvalue(std::bit_cast<double>(bits));
+    for (const number* n : {&x, &y}) {
+      EXPECT_TRUE(n->isdouble());
+      EXPECT_TRUE(std::isnan(n->todouble()));
+      EXPECT_EQ(number(*n).gettype(), numbertype::doublenumber);
+    }
+  }
+  const number negativeZero = number::ondouble(-0.0);
+  EXPECT_TRUE(std::signbit(number(negativeZero).todouble()));
+  // Zero-filled memory is a double zero.
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(number().todouble()), 0u);
 }
 
 TEST(NumberRepresentation, ValueOperatorsNeverChangeTheLeftOperand) {
