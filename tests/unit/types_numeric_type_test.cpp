@@ -9,7 +9,7 @@
 #include "expect_error.h"
 #include "host/host_array.h"
 #include "host/host_error.h"
-#include "host/inprocess_host.h"
+#include "test_host.h"
 #include "types/numeric_type.h"
 
 namespace corbel {
@@ -31,11 +31,7 @@ bool same_fields(const NumericType& a, const NumericType& b) {
          a.getSlopeAdjustmentFactor() == b.getSlopeAdjustmentFactor() && a.getBias() == b.getBias();
 }
 
-class NumericTypeTest : public ::testing::Test {
- protected:
-  InProcessHost host;
-  ScopedHost scope{host};
-};
+class NumericTypeTest : public WithHost {};
 
 TEST_F(NumericTypeTest, DefaultsAndModeChanges) {
   const NumericType t;
