@@ -128,17 +128,17 @@ TEST_F(BindingModule, FiCreationRefusals) {
 }
 
 TEST_F(BindingModule, DummyConstructorsRaiseTheirInternalErrors) {
-  const std::string tail =
-      ":Invalid call to dummy constructor.\nPlease report this problem to The Quillon so\n";
-  expect_error_starting([] { FiXoClass('a', 1, 1.0f, 1.0); },
-                        "velkora:fi:FiXoClass:InvalidConstructor", "Velkora:FiXoClass" + tail);
-  expect_error_starting([] { FimathXoClass('a', 1, 1.0f, 1.0); }, "velkora:fimath:CoreError",
-                        "Velkora:FimathXoClass" + tail);
-  expect_error_starting([] { QuantizerXoClass('a', 1, 1.0f, 1.0); },
-                        "velkora:embedded:InvalidConstructor", "Velkora:QuantizerXoClass" + tail);
-  expect_error_starting([] { ModelessQuantizerXoClass('a', 1, 1.0f, 1.0); },
+  const std::string sentence = ":Invalid call to dummy constructor.";
+  expect_internal_error([] { FiXoClass('a', 1, 1.0f, 1.0); },
+                        "velkora:fi:FiXoClass:InvalidConstructor", "Velkora:FiXoClass" + sentence);
+  expect_internal_error([] { FimathXoClass('a', 1, 1.0f, 1.0); }, "velkora:fimath:CoreError",
+                        "Velkora:FimathXoClass" + sentence);
+  expect_internal_error([] { QuantizerXoClass('a', 1, 1.0f, 1.0); },
                         "velkora:embedded:InvalidConstructor",
-                        "Velkora:ModelessQuantizerXoClass" + tail);
+                        "Velkora:QuantizerXoClass" + sentence);
+  expect_internal_error([] { ModelessQuantizerXoClass('a', 1, 1.0f, 1.0); },
+                        "velkora:embedded:InvalidConstructor",
+                        "Velkora:ModelessQuantizerXoClass" + sentence);
 }
 
 TEST_F(BindingModule, ReferenceHoldersCountDeliberately) {

@@ -34,4 +34,10 @@ void expect_error_starting(F f, const std::string& id, const std::string& text_s
   }
 }
 
+// An internal error: its own sentence, then the request to report the problem.
+template <class F>
+void expect_internal_error(F f, const std::string& id, const std::string& sentence) {
+  expect_error_starting(f, id, sentence + "\nPlease report this problem to The Quillon so\n");
+}
+
 }  // namespace corbel

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "fi/fi.h"
-#include "host/inprocess_host.h"
+#include "test_host.h"
 
 namespace corbel {
 namespace {
@@ -15,7 +15,7 @@ namespace {
 using Warnings = std::vector<InProcessHost::Warning>;
 
 // Every test starts with logging off and clean global logs, and leaves logging off.
-class FiLogging : public ::testing::Test {
+class FiLogging : public WithHost {
  protected:
   void SetUp() override {
     fi::setLogging(true);
@@ -23,9 +23,6 @@ class FiLogging : public ::testing::Test {
     fi::setLogging(false);
   }
   void TearDown() override { fi::setLogging(false); }
-
-  InProcessHost host;
-  ScopedHost scope{host};
 };
 
 TEST_F(FiLogging, ReportOperationMovesOnlyNewCounts) {
@@ -193,20 +190,11 @@ TEST_F(FiLogging, DispPrintsValuesThenTypeThenMath) {
   const double re[] = {0.5, 0.75, -0.25, 0.125};
   const double im[] = {0.25, -0.5};
   const int square[] = {2, 2}, row[] = {1, 2}, empty[] = {0, 3};
-  const std::string rest =
-      "\n"
-      "\n          DataTypeMode: Fixed-point: binary point scaling"
-      "\n                Signed: true"
-      "\n            WordLength: 16"
-      "\n        FractionLength: 15\n"
-      "\n"
-      "\n             RoundMode: nearest"
-      "\n          OverflowMode: saturate"
-      "\n           ProductMode: FullPrecision"
-      "\n  MaxProductWordLength: 128"
-      "\n               SumMode: FullPrecision"
-      "\n      MaxSumWordLength: 128"
-      "\n         CastBeforeSum: true\n";
+  // The type's and the math's own display blocks (byte for byte in their tests) follow.
+  NumericType().disp();
+  const std::string type = host.take_console();
+  fimath().disp();
+  const std::string rest = "\n" + type + "\n" + host.take_console();
   fi(re, nullptr, square, 2, NumericType(), fimath()).disp();
   EXPECT_EQ(host.take_console(), "   0.5000  -0.2500\n   0.7500   0.1250\n" + rest);
   fi(re + 2, im, row, 2, NumericType(), fimath()).disp();

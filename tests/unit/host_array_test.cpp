@@ -6,31 +6,12 @@
 #include <cmath>
 #include <limits>
 
+#include "expect_error.h"
 #include "host/host_error.h"
 #include "host_toy_counter.h"
 
 namespace corbel {
 namespace {
-
-#define EXPECT_HOST_ERROR(statement, id, message) \
-  try {                                           \
-    statement;                                    \
-    ADD_FAILURE() << "no error from " #statement; \
-  } catch (const HostError& e) {                  \
-    EXPECT_EQ(e.identifier(), id);                \
-    EXPECT_EQ(e.text(), message);                 \
-  }
-
-// Internal errors: their own sentence, then the request to report the problem.
-#define EXPECT_INTERNAL_ERROR(statement, id, message)                                     \
-  try {                                                                                   \
-    statement;                                                                            \
-    ADD_FAILURE() << "no error from " #statement;                                         \
-  } catch (const HostError& e) {                                                          \
-    EXPECT_EQ(e.identifier(), id);                                                        \
-    EXPECT_EQ(e.text().substr(0, std::string(message).size() + 46),                       \
-              std::string(message) + "\nPlease report this problem to The Quillon so\n"); \
-  }
 
 TEST(HostArray, CreationGivesClassShapeAndFlags) {
   HostArray d = HostArray::make_double(2.5);
@@ -59,9 +40,11 @@ TEST(HostArray, CreationGivesClassShapeAndFlags) {
   EXPECT_TRUE(empty.is_empty());
   EXPECT_EQ(HostArray::make_text("").dims(), (std::vector<std::size_t>{0, 0}));
 
-  EXPECT_INTERNAL_ERROR(HostArray::make_numeric(HostClass::Char, {1, 1}),
-                        "velkora:hostarray:notNumericClass",
-                        "A numeric array cannot have the element class char.");
+  expect_internal_error(
+      [&] {
+        HostArray::make_numeric(HostClass::Char, {1, 1});
+      },
+      "velkora:hostarray:notNumericClass", "A numeric array cannot have the element class char.");
 }
 
 // Every class read as double, including the extremes the narrower reads would get wrong.
@@ -94,15 +77,16 @@ TEST(HostArray, ElementsReadAsDoubleByClass) {
 }
 
 TEST(HostArray, RefusedReads) {
-  EXPECT_HOST_ERROR(HostArray::make_double(1).real_as_double(1),
-                    "velkora:hostarray:indexOutOfRange",
-                    "Element 1 is outside an array of 1 elements.");
-  EXPECT_HOST_ERROR(HostArray(HostClass::Cell, {1, 1}).real_as_double(0),
-                    "velkora:hostarray:notNumeric",
-                    "The elements of a cell array are not numbers.");
-  EXPECT_HOST_ERROR(HostArray::make_double(1).text(), "velkora:hostarray:notText",
-                    "A double array is not text.");
-  EXPECT_INTERNAL_ERROR(HostArray::make_uint8_matrix(1, 1).real<std::int8_t>(),
+  expect_error([&] { HostArray::make_double(1).real_as_double(1); },
+               "velkora:hostarray:indexOutOfRange", "Element 1 is outside an array of 1 elements.");
+  expect_error(
+      [&] {
+        HostArray(HostClass::Cell, {1, 1}).real_as_double(0);
+      },
+      "velkora:hostarray:notNumeric", "The elements of a cell array are not numbers.");
+  expect_error([&] { HostArray::make_double(1).text(); }, "velkora:hostarray:notText",
+               "A double array is not text.");
+  expect_internal_error([&] { HostArray::make_uint8_matrix(1, 1).real<std::int8_t>(); },
                         "velkora:hostarray:elementType",
                         "The elements of a uint8 array cannot be accessed as a signed integer.");
 }

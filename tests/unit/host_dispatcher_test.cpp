@@ -2,6 +2,7 @@
 // kind, method calls with signature choice, and the refusals that leave the object unchanged.
 #include <gtest/gtest.h>
 
+#include "expect_error.h"
 #include "host/dispatcher.h"
 #include "host/host_error.h"
 #include "host_toy_counter.h"
@@ -10,15 +11,6 @@ namespace corbel {
 namespace {
 
 using toy::counter_of;
-
-#define EXPECT_HOST_ERROR(statement, id, message) \
-  try {                                           \
-    statement;                                    \
-    ADD_FAILURE() << "no error from " #statement; \
-  } catch (const HostError& e) {                  \
-    EXPECT_EQ(e.identifier(), id);                \
-    EXPECT_EQ(e.text(), message);                 \
-  }
 
 class Dispatcher : public ::testing::Test {
  protected:
@@ -41,14 +33,15 @@ TEST_F(Dispatcher, ConstructsByQualifiedOrBareNameWithEachConstructorForm) {
   EXPECT_EQ(counter_of(d.object()).count, 7);
 
   HostArray two[] = {HostArray::make_double(1), HostArray::make_double(2)};
-  EXPECT_HOST_ERROR(dispatcher::construct("toy.Counter", two), "velkora:xo:noMatchingConstructor",
-                    "The constructor of class 'toy.Counter' does not take 2 arguments.");
+  expect_error([&] { dispatcher::construct("toy.Counter", two); },
+               "velkora:xo:noMatchingConstructor",
+               "The constructor of class 'toy.Counter' does not take 2 arguments.");
   HostArray text[] = {HostArray::make_text("seven")};
-  EXPECT_HOST_ERROR(dispatcher::construct("toy.Counter", text), "velkora:xo:wrongArgumentType",
-                    "Argument 1 of method 'Counter' of class 'toy.Counter' must be a real "
-                    "integer scalar in the int32 range.");
-  EXPECT_HOST_ERROR(dispatcher::construct("toy.Gauge", {}), "velkora:xo:unknownClass",
-                    "There is no class named 'toy.Gauge'.");
+  expect_error([&] { dispatcher::construct("toy.Counter", text); }, "velkora:xo:wrongArgumentType",
+               "Argument 1 of method 'Counter' of class 'toy.Counter' must be a real "
+               "integer scalar in the int32 range.");
+  expect_error([&] { dispatcher::construct("toy.Gauge", {}); }, "velkora:xo:unknownClass",
+               "There is no class named 'toy.Gauge'.");
 }
 
 TEST_F(Dispatcher, ReadsEveryKindAsTheHostSeesIt) {
@@ -132,22 +125,22 @@ TEST_F(Dispatcher, RefusedWritesRaiseAndChangeNothing) {
   };
   for (const Case& k : cases) {
     SCOPED_TRACE(k.property);
-    EXPECT_HOST_ERROR(set(k.property, k.value), k.id, k.text);
+    expect_error([&] { set(k.property, k.value); }, k.id, k.text);
   }
   EXPECT_EQ(state().count, count);
   EXPECT_EQ(state().label, label);
   EXPECT_EQ(state().mode, mode);
   EXPECT_EQ(state().enabled, enabled);
   EXPECT_EQ(state().partner, nullptr);
-  EXPECT_HOST_ERROR(get("Colour"), "velkora:xo:unknownProperty",
-                    "There is no property 'Colour' in class 'toy.Counter'.");
+  expect_error([&] { get("Colour"); }, "velkora:xo:unknownProperty",
+               "There is no property 'Colour' in class 'toy.Counter'.");
 }
 
 TEST_F(Dispatcher, ReadOnlyPropertyRefusesEvenWhenCalledDirectly) {
   XoPropInfoTemplate* serial = toy.counter().findProperty("Serial");
   std::int32_t v = 9;
-  EXPECT_HOST_ERROR(serial->setValue(obj(), &v), "velkora:xo:readOnlyProperty",
-                    "Property 'Serial' of class 'toy.Counter' is read-only.");
+  expect_error([&] { serial->setValue(obj(), &v); }, "velkora:xo:readOnlyProperty",
+               "Property 'Serial' of class 'toy.Counter' is read-only.");
 }
 
 TEST_F(Dispatcher, InvokeChoosesTheSignatureByArityAndKind) {
@@ -174,20 +167,20 @@ TEST_F(Dispatcher, InvokeChoosesTheSignatureByArityAndKind) {
 
 TEST_F(Dispatcher, RefusedCallsRaiseAndChangeNothing) {
   HostArray fraction[] = {c, HostArray::make_double(2.5)};
-  EXPECT_HOST_ERROR(dispatcher::invoke("add", fraction, 1), "velkora:xo:wrongArgumentType",
-                    "Argument 2 of method 'add' of class 'toy.Counter' must be a real integer "
-                    "scalar in the int32 range.");
+  expect_error([&] { dispatcher::invoke("add", fraction, 1); }, "velkora:xo:wrongArgumentType",
+               "Argument 2 of method 'add' of class 'toy.Counter' must be a real integer "
+               "scalar in the int32 range.");
   HostArray three[] = {c, HostArray::make_double(1), HostArray::make_double(2)};
-  EXPECT_HOST_ERROR(dispatcher::invoke("bump", three, 1), "velkora:xo:noMatchingSignature",
-                    "Method 'bump' of class 'toy.Counter' does not take 3 arguments.");
+  expect_error([&] { dispatcher::invoke("bump", three, 1); }, "velkora:xo:noMatchingSignature",
+               "Method 'bump' of class 'toy.Counter' does not take 3 arguments.");
   HostArray alone[] = {c};
-  EXPECT_HOST_ERROR(dispatcher::invoke("total", alone, 1), "velkora:xo:noMatchingSignature",
-                    "Method 'total' of class 'toy.Counter' does not take 1 arguments.");
-  EXPECT_HOST_ERROR(dispatcher::invoke("reset", alone, 0), "velkora:xo:unknownMethod",
-                    "There is no method 'reset' in class 'toy.Counter'.");
+  expect_error([&] { dispatcher::invoke("total", alone, 1); }, "velkora:xo:noMatchingSignature",
+               "Method 'total' of class 'toy.Counter' does not take 1 arguments.");
+  expect_error([&] { dispatcher::invoke("reset", alone, 0); }, "velkora:xo:unknownMethod",
+               "There is no method 'reset' in class 'toy.Counter'.");
   HostArray no_object[] = {HostArray::make_double(1)};
-  EXPECT_HOST_ERROR(dispatcher::invoke("bump", no_object, 1), "velkora:xo:notAnObject",
-                    "Method 'bump' needs an object among its arguments.");
+  expect_error([&] { dispatcher::invoke("bump", no_object, 1); }, "velkora:xo:notAnObject",
+               "Method 'bump' needs an object among its arguments.");
   EXPECT_EQ(state().count, 0);
   EXPECT_EQ(state().label, "counter");
 }

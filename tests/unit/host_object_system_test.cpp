@@ -2,20 +2,12 @@
 // and their reference counts.
 #include <gtest/gtest.h>
 
+#include "expect_error.h"
 #include "host/host_error.h"
 #include "host_toy_counter.h"
 
 namespace corbel {
 namespace {
-
-#define EXPECT_HOST_ERROR(statement, id, message) \
-  try {                                           \
-    statement;                                    \
-    ADD_FAILURE() << "no error from " #statement; \
-  } catch (const HostError& e) {                  \
-    EXPECT_EQ(e.identifier(), id);                \
-    EXPECT_EQ(e.text(), message);                 \
-  }
 
 XoTypeRepository& repo() {
   return XoTypeRepository::instance();
@@ -53,23 +45,18 @@ TEST(XoTypes, EnumTypeIsRegisteredOnceAndReused) {
   EXPECT_EQ(*first->stringOf(1), "down");
   EXPECT_EQ(first->stringOf(2), nullptr);  // the gap between 1 and 5 finds nothing
 
-  EXPECT_HOST_ERROR(repo().registerType(std::make_unique<XoEnumStringType>("toy Counter Mode")),
-                    "velkora:xo:typeExists",
-                    "A type named 'toy Counter Mode' is already registered.");
+  expect_error([&] { repo().registerType(std::make_unique<XoEnumStringType>("toy Counter Mode")); },
+               "velkora:xo:typeExists", "A type named 'toy Counter Mode' is already registered.");
   EXPECT_EQ(first->getValues().size(), 3u);
 }
 
 TEST(XoTypes, EnumValuesAreUniqueByTextAndCode) {
   XoEnumStringType t("scratch");
   t.addValue("a", 0);
-  for (auto [text, code] : {std::pair{"a", 7}, std::pair{"b", 0}}) {
-    try {
-      t.addValue(text, code);
-      ADD_FAILURE() << "accepted " << text;
-    } catch (const HostError& e) {
-      EXPECT_EQ(e.identifier(), "velkora:xo:duplicateEnumValue");
-    }
-  }
+  for (auto [text, code] : {std::pair{"a", 7}, std::pair{"b", 0}})
+    expect_internal_error([&] { t.addValue(text, code); }, "velkora:xo:duplicateEnumValue",
+                          "Type 'scratch' already has the value '" + std::string(text) +
+                              "' or the code " + std::to_string(code) + ".");
   EXPECT_EQ(t.getValues().size(), 1u);
 }
 
@@ -105,11 +92,11 @@ TEST(XoPackages, ClassesJoinInOrderAndBecomeTypes) {
   EXPECT_EQ(repo().getType("A", 1), type);  // the search flag finds bare class names
 
   Probe twin("A");
-  EXPECT_HOST_ERROR(pkg->addClass(&twin), "velkora:xo:duplicateClass",
-                    "Class 'A' cannot join package 'probes': it is already in a package or the "
-                    "name is taken.");
-  EXPECT_HOST_ERROR(pm.createPackage("probes", false), "velkora:xo:packageExists",
-                    "A package named 'probes' already exists.");
+  expect_error([&] { pkg->addClass(&twin); }, "velkora:xo:duplicateClass",
+               "Class 'A' cannot join package 'probes': it is already in a package or the "
+               "name is taken.");
+  expect_error([&] { pm.createPackage("probes", false); }, "velkora:xo:packageExists",
+               "A package named 'probes' already exists.");
 
   pm.removePackage(pkg);
   pm.removePackage(pkg);  // a second removal does nothing

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "expect_error.h"
 #include "host/dispatcher.h"
 #include "host/host_error.h"
 #include "host/inprocess_host.h"
@@ -12,15 +13,6 @@
 
 namespace corbel {
 namespace {
-
-#define EXPECT_HOST_ERROR(statement, id, message) \
-  try {                                           \
-    statement;                                    \
-    ADD_FAILURE() << "no error from " #statement; \
-  } catch (const HostError& e) {                  \
-    EXPECT_EQ(e.identifier(), id);                \
-    EXPECT_EQ(e.text(), message);                 \
-  }
 
 HostArray eval(InProcessHost& host, std::string_view text) {
   HostArray out[1];
@@ -75,16 +67,16 @@ TEST(HostEval, TextOutsideTheGrammarIsRefused) {
   InProcessHost host;
   for (const char* text : {"1 2", "[1 2", "1e", "1.2.3", "x", "[1,,2]", "[[1]]", "3+", "(1"}) {
     SCOPED_TRACE(text);
-    EXPECT_HOST_ERROR(
-        eval(host, text), "velkora:host:evalSyntax",
+    expect_error(
+        [&] { eval(host, text); }, "velkora:host:evalSyntax",
         "The text '" + std::string(text) + "' is not a numeric expression this host can evaluate.");
   }
-  EXPECT_HOST_ERROR(eval(host, "[1 2; 3]"), "velkora:host:evalRows",
-                    "The rows of '[1 2; 3]' do not have the same number of elements.");
+  expect_error([&] { eval(host, "[1 2; 3]"); }, "velkora:host:evalRows",
+               "The rows of '[1 2; 3]' do not have the same number of elements.");
   HostArray out[1];
   HostArray number[] = {HostArray::make_double(1)};
-  EXPECT_HOST_ERROR(host.call_function("eval", out, number), "velkora:host:evalNotText",
-                    "The input of eval must be a character vector.");
+  expect_error([&] { host.call_function("eval", out, number); }, "velkora:host:evalNotText",
+               "The input of eval must be a character vector.");
 }
 
 TEST(HostCalls, TrappedFailureReturnsAStatusAndLasterrTellsWhy) {
@@ -126,23 +118,23 @@ TEST(HostCalls, TrappedFailureReturnsAStatusAndLasterrTellsWhy) {
   EXPECT_EQ(host.set_error_mode(previous), kHostErrorModeReturn);
   EXPECT_EQ(host.error_mode(), 0);
   EXPECT_TRUE(host.error_trap());
-  EXPECT_HOST_ERROR(host.call_function("twice", out, {}), "test:twice:nargs",
-                    "twice takes one input");
+  expect_error([&] { host.call_function("twice", out, {}); }, "test:twice:nargs",
+               "twice takes one input");
 }
 
 TEST(HostCalls, UntrappedFailureRaisesAndIsStillTheLastError) {
   InProcessHost host;
   host.set_error_mode(kHostErrorModeReturn);  // the mode alone does not catch either
-  EXPECT_HOST_ERROR(host.call_function("nosuch", {}, {}), "velkora:host:unknownFunction",
-                    "There is no host function named 'nosuch'.");
+  expect_error([&] { host.call_function("nosuch", {}, {}); }, "velkora:host:unknownFunction",
+               "There is no host function named 'nosuch'.");
   EXPECT_EQ(host.last_error_identifier(), "velkora:host:unknownFunction");
   HostArray three[3];
-  EXPECT_HOST_ERROR(host.call_function("lasterr", three, {}), "velkora:host:tooManyOutputs",
-                    "Host function 'lasterr' gives at most 2 outputs.");
+  expect_error([&] { host.call_function("lasterr", three, {}); }, "velkora:host:tooManyOutputs",
+               "Host function 'lasterr' gives at most 2 outputs.");
   HostArray none[1];
   HostArray extra[] = {HostArray::make_text("x")};
-  EXPECT_HOST_ERROR(host.call_function("lasterr", none, extra), "velkora:host:wrongInputCount",
-                    "Host function 'lasterr' takes 0 inputs.");
+  expect_error([&] { host.call_function("lasterr", none, extra); }, "velkora:host:wrongInputCount",
+               "Host function 'lasterr' takes 0 inputs.");
 }
 
 class BuiltinSet : public ::testing::Test {

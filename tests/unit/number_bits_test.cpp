@@ -41,15 +41,8 @@ number stored(long long k, int fl, unsigned long precision) {
   return n.pow2(-fl);
 }
 
-TEST(NumberBits, WorkedExamplesOnBothForms) {
-  // bitcmp of 5 as signed 4-bit: 0101 -> 1010 = -6.
-  number a(5.0);
-  a.bitcmp(true, 4, 1.0, 0, 0.0, doublenumber::bitcmpXorMask(4), two64(4));
-  EXPECT_EQ(a.todouble(), -6.0);
-  // fibitand of -1 and 3 as signed 8-bit: 0xFF & 0x03 = 3.
-  number b(-1.0);
-  b.doublebitand(number(3.0), true, 8, 1.0, 0, 0.0, two64(8));
-  EXPECT_EQ(b.todouble(), 3.0);
+// Word lengths up to 52 are the sweep's below; these are multiprecision words.
+TEST(NumberBits, WideWordsOnTheMultiprecisionForm) {
   // A 100-bit signed complement of 0 is -1.
   MpMasks m100(100);
   number z(0.0, 100, false);
@@ -66,16 +59,6 @@ TEST(NumberBits, WorkedExamplesOnBothForms) {
   mpfr_sub_ui(e, e, 1, MPFR_RNDN);
   EXPECT_TRUE(mpfr_equal_p(static_cast<const mpnumber&>(u.gethandle().getbody()).getelement(), e));
   mpfr_clear(e);
-  // The scaling is re-applied: 1.5 at fraction length 2 is 0110; bit 3 set, bit 1 clear.
-  number f(1.5);
-  EXPECT_EQ(f.bitget(3, true, 8, 1.0, -2, 0.0, two64(8)), 1);
-  EXPECT_EQ(f.bitget(1, true, 8, 1.0, -2, 0.0, two64(8)), 0);
-  f.bitset(1, true, true, 8, 1.0, -2, 0.0, two64(8));
-  EXPECT_EQ(f.todouble(), 1.75);
-  // Setting the sign bit of a signed value makes it negative.
-  number g(1.0);
-  g.bitset(8, true, true, 8, 1.0, 0, 0.0, two64(8));
-  EXPECT_EQ(g.todouble(), -127.0);
 }
 
 TEST(NumberBits, PositionsOutsideTheWordFail) {
@@ -100,7 +83,6 @@ TEST(NumberBits, PositionsOutsideTheWordFail) {
 }
 
 TEST(NumberBits, EachBodyRefusesTheOtherBodysForm) {
-  const std::string trailer = "\nPlease report this problem to The Quillon so\n";
   MpMasks m(8);
   number d(3.0), mp(3.0, 60, false);
   const number other(1.0);
@@ -145,7 +127,7 @@ TEST(NumberBits, EachBodyRefusesTheOtherBodysForm) {
        "velkora:fi:mpnumber:bitset:doublenumberparameter",
        "mpnumber::bitset has been called with doublenumber parameters"},
   };
-  for (const Case& c : cases) expect_error_starting(c.call, c.id, c.text + trailer);
+  for (const Case& c : cases) expect_internal_error(c.call, c.id, c.text);
   EXPECT_EQ(d.todouble(), 3.0);
   EXPECT_EQ(mp.todouble(), 3.0);
 }

@@ -8,17 +8,13 @@
 #include "expect_error.h"
 #include "host/host_array.h"
 #include "host/host_error.h"
-#include "host/inprocess_host.h"
+#include "test_host.h"
 #include "types/fimath.h"
 
 namespace corbel {
 namespace {
 
-class FimathTest : public ::testing::Test {
- protected:
-  InProcessHost host;
-  ScopedHost scope{host};
-};
+class FimathTest : public WithHost {};
 
 TEST_F(FimathTest, DefaultDisplay) {
   fimath().disp();

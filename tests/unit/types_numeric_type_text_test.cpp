@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "host/inprocess_host.h"
+#include "test_host.h"
 #include "types/numeric_type.h"
 
 namespace corbel {
@@ -12,11 +12,7 @@ namespace {
 
 using Mode = DataTypeModeEnum;
 
-class NumericTypeTextTest : public ::testing::Test {
- protected:
-  InProcessHost host;
-  ScopedHost scope{host};
-};
+class NumericTypeTextTest : public WithHost {};
 
 TEST_F(NumericTypeTextTest, ConstructorCallString) {
   const std::string sd = "numerictype('DataType','ScaledDouble',";
