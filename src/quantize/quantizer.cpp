@@ -2,6 +2,7 @@
 #include "quantize/quantizer.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <cstdio>
 #include <limits>
 #include <string>
@@ -157,7 +158,18 @@ struct RememberedGrid {
 };
 constexpr std::size_t kRememberedGrids = 16;
 RememberedGrid* rememberedGrids() {
-  static RememberedGrid* const grids = new RememberedGrid[kRememberedGrids];
+  static RememberedGrid* const grids = [] {
+    auto* made = new RememberedGrid[kRememberedGrids];
+#ifdef CORBEL_NO_POOL
+    // Without the pools nothing needs to outlive them, so the grids go at exit: leak
+    // checkers cannot follow the boxed handle of a multiprecision number.
+    std::atexit([] {
+      for (std::size_t i = 0; i < kRememberedGrids; ++i) delete rememberedGrids()[i].grid;
+      delete[] rememberedGrids();
+    });
+#endif
+    return made;
+  }();
   return grids;
 }
 std::size_t nextGridSlot = 0;
