@@ -49,6 +49,45 @@ CORBEL_CPU_CLONES void combine(Combine op, double* x, const double* y, std::size
   }
 }
 
+namespace {
+
+template <std::size_t Sa, std::size_t Sb, class Op>
+CORBEL_INLINE bool combineRun(const number* a, const number* b, number* out, std::size_t n, Op op) {
+  std::size_t boxed = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const number& x = a[i * Sa];
+    const number& y = b[i * Sb];
+    boxed += !x.isdouble();
+    boxed += !y.isdouble();
+    number::placedouble(out + i, op(x.inlinedouble(), y.inlinedouble()));
+  }
+  return boxed == 0;
+}
+
+template <class Op>
+CORBEL_INLINE bool combineSteps(const number* a, std::size_t sa, const number* b, std::size_t sb,
+                                number* out, std::size_t n, Op op) {
+  if (sa == 1 && sb == 1) return combineRun<1, 1>(a, b, out, n, op);
+  if (sa == 0 && sb == 1) return combineRun<0, 1>(a, b, out, n, op);
+  if (sa == 1 && sb == 0) return combineRun<1, 0>(a, b, out, n, op);
+  return combineRun<0, 0>(a, b, out, n, op);
+}
+
+}  // namespace
+
+CORBEL_CPU_CLONES bool combineInto(Combine op, const number* a, std::size_t sa, const number* b,
+                                   std::size_t sb, number* out, std::size_t n) {
+  switch (op) {
+    case Combine::Add:
+      return combineSteps(a, sa, b, sb, out, n, [](double x, double y) { return x + y; });
+    case Combine::Subtract:
+      return combineSteps(a, sa, b, sb, out, n, [](double x, double y) { return x - y; });
+    case Combine::Multiply:
+      return combineSteps(a, sa, b, sb, out, n, [](double x, double y) { return x * y; });
+  }
+  return false;
+}
+
 CORBEL_CPU_CLONES void matrixProduct(const double* a, const double* b, double* c, std::size_t m,
                                      std::size_t n, std::size_t p) {
   std::memset(c, 0, m * p * sizeof(double));

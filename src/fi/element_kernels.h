@@ -21,6 +21,12 @@ enum class Combine { Add, Subtract, Multiply };
 // x[i] = x[i] op y[i], in IEEE arithmetic (the callers make sure that it is exact).
 void combine(Combine op, double* x, const double* y, std::size_t n);
 
+// out[i] = a[i * sa] op b[i * sb] (steps 0 or 1) in one pass, written into raw storage;
+// false when an operand element is not an inline double (out then holds some doubles and
+// garbage, to be discarded).
+bool combineInto(Combine op, const number* a, std::size_t sa, const number* b, std::size_t sb,
+                 number* out, std::size_t n);
+
 // c = a * b for column-major a (m x n) and b (n x p), the products and their sums
 // exact in doubles, so that the order of the additions does not matter.
 void matrixProduct(const double* a, const double* b, double* c, std::size_t m, std::size_t n,

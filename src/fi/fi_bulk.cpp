@@ -126,6 +126,15 @@ std::unique_ptr<fi> fi::elementwiseDoubles(const fi& b, const NumericType& T, fi
     const number* pa = partOf(*this, imagPart, sa);
     const number* pb = partOf(b, imagPart, sb);
     number* out = result->rawElements(imagPart);
+    if (!steps.cast && !steps.toRegister && !steps.toResult) {
+      // Nothing to quantize: one pass from the operands to the result.
+      if (!kernels::combineInto(steps.op, pa, sa, pb, sb, out, n)) {
+        result->discardRawElements(imagPart);
+        return false;
+      }
+      if (n > 0) last[imagPart] = out[n - 1].todouble();
+      return true;
+    }
     double x[kBlock], y[kBlock];
     for (std::size_t first = 0; first < n; first += kBlock) {
       const std::size_t count = std::min(kBlock, n - first);
