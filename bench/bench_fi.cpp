@@ -1,5 +1,5 @@
-// The fi tasks of docs/performance.md, each beside a plain C++ loop doing the same integer
-// work on stored integers, in the same run:
+// Six fi tasks, each beside a plain C++ loop doing the same integer work on stored
+// integers, in the same run:
 //   a   quantize 10^6 doubles to s16,15 (the fi constructor; nearest, saturate)
 //   b   add two 10^6-element s16,15 arrays at full precision
 //   c   multiply two 10^6-element s16,15 arrays at full precision

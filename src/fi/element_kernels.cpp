@@ -14,17 +14,9 @@ CORBEL_CPU_CLONES bool load(const number* p, std::size_t step, std::size_t n, do
     for (std::size_t i = 0; i < n; ++i) out[i] = v;
     return p->isdouble();
   }
-  if (step == 1) {
-    // A number is its 64-bit word: copied whole, then checked for boxes.
-    std::memcpy(out, static_cast<const void*>(p), n * sizeof(number));
-    return number::alldoubles(p, n);
-  }
-  bool doubles = true;
-  for (std::size_t i = 0; i < n; ++i) {
-    doubles &= p[i * step].isdouble();
-    out[i] = p[i * step].inlinedouble();
-  }
-  return doubles;
+  // A number is its 64-bit word: copied whole, then checked for boxes.
+  std::memcpy(out, static_cast<const void*>(p), n * sizeof(number));
+  return number::alldoubles(p, n);
 }
 
 CORBEL_CPU_CLONES bool alldoubles(const number* p, std::size_t n) {

@@ -9,8 +9,8 @@
 
 namespace corbel::kernels {
 
-// Reads p[0], p[step], ..., p[(n - 1) * step] into out (step 0 repeats p[0]); false when
-// one of them is not an inline double, out then holding garbage.
+// Reads p[0 .. n) into out (step 1), or p[0] n times (step 0); false when one of them is
+// not an inline double, out then holding garbage.
 bool load(const number* p, std::size_t step, std::size_t n, double* out);
 // Whether p[0 .. n) are all inline doubles.
 bool alldoubles(const number* p, std::size_t n);

@@ -48,7 +48,13 @@ void number::adopt(numberrepbody& b) {
     setinline(b.todouble());
     return;
   }
-  numberrephandle* h = new numberrephandle(b);
+  numberrephandle* h;
+  try {
+    h = new numberrephandle(b);
+  } catch (...) {
+    if (b.getcount() == 0) delete &b;  // a body just made, owned by no one yet
+    throw;
+  }
   release();
   bits_ = box(h);
 }

@@ -10,7 +10,6 @@
 
 #include "host/messages.h"
 #include "host/services.h"
-#include "number/doublenumber.h"
 #include "types/embedded.h"
 #include "types/numeric_type.h"
 
