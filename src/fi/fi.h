@@ -17,6 +17,8 @@
 
 namespace corbel {
 
+struct WideElements;
+
 // Element form: each element holds its real-world value with the type's bias removed and
 // divided by the slope adjustment factor, that is, the stored integer times 2^FixedExponent.
 // For binary-point types (factor 1, bias 0) that is the real-world value itself.
@@ -24,6 +26,11 @@ namespace corbel {
 // Sharing: aliases share the data arrays with their root through a share count; the
 // arrays live while any sharer does. The imaginary data are read through a slot that, in
 // an alias, points at the root's field, so an alias sees its root become complex.
+//
+// Storage: the elements are numbers, except that an array of a binary-point type of 53 to 252
+// bits made by construction from doubles or by a whole-array sum or product holds stored
+// integers instead (WideElements) until an element is first asked for; every accessor below
+// turns them into numbers first, and an alias is only ever made of numbers.
 //
 // Element-at-a-time operations work on the current element, chosen with setIndex.
 class fi {
@@ -74,14 +81,22 @@ class fi {
   virtual const qlogger& getfilog() const { return filog_; }
 
   int getIndex() const { return index_; }
-  const number& real(int i) const { return realData_[i]; }
+  const number& real(int i) const {
+    if (wide_) [[unlikely]] materialize();
+    return realData_[i];
+  }
   // An alias that still answers complex after its root dropped an all-zero imaginary
   // array reads zeros, and a write through it brings back a zero array for every sharer.
   const number& imag(int i) const {
+    if (wide_) [[unlikely]] materialize();
     return isreal_ || *imagSlot_ == nullptr ? zeroNumber() : (*imagSlot_)[i];
   }
-  number& realRef(int i) { return realData_[i]; }
+  number& realRef(int i) {
+    if (wide_) [[unlikely]] materialize();
+    return realData_[i];
+  }
   number& imagRef(int i) {
+    if (wide_) [[unlikely]] materialize();
     if (*imagSlot_ == nullptr) allocateImag();
     return (*imagSlot_)[i];
   }
@@ -101,6 +116,8 @@ class fi {
     setIndex(i + j * m_);
     return *this;
   }
+  // Whether the elements are still held as the stored integers of a wide type.
+  bool holdsStoredIntegers() const { return wide_ != nullptr; }
   // Drops an all-zero imaginary part.
   void freeImagIfZero();
 
@@ -323,6 +340,18 @@ class fi {
   // leaves them: each non-scalar at the last element, a scalar at its only one.
   void leaveIndicesAfterElementwise(const fi& b, fi& result) const;
 
+  // ---- Wide stored integers (fi_wide.cpp) ----------------------------------------------
+  // Turns stored integers into numbers; nothing when the elements are numbers already.
+  void materialize() const;
+  // Quantizes doubles (im null for a real array) into stored integers of this array's wide
+  // type as storeDouble would one by one; false, leaving the array without elements, when
+  // the type, the log or a value rule the whole-array way out.
+  bool storeWide(const double* re, const double* im);
+  // The sums, differences and real products of wide binary-point arrays on their stored
+  // integers, as bulkSum and bulkProduct are on doubles.
+  std::unique_ptr<fi> wideSum(const fi& b, const NumericType& T, bool subtract) const;
+  std::unique_ptr<fi> wideProduct(const fi& b, const NumericType& P) const;
+
   static const number& zeroNumber();
   // Builds the members every constructor shares, for a type and math.
   void initCommon(const NumericType& type, const fimath& math);
@@ -350,7 +379,8 @@ class fi {
   // Gives the shared data a zero imaginary array.
   void allocateImag();
 
-  number* realData_ = nullptr;
+  mutable number* realData_ = nullptr;  // null while the elements are stored integers
+  mutable std::unique_ptr<WideElements> wide_;
   SharedData* shared_ = nullptr;
   number** imagSlot_ = nullptr;  // &shared_->imag
   bool isreal_ = true;

@@ -401,6 +401,7 @@ std::unique_ptr<fi> fi::plus(const fi& b) const {
   refuseSlopeBiasSum(*this, b, "plus");
   initializeSumRegister(T, math_);
   if (auto fast = bulkSum(b, T, false)) return fast;
+  if (auto fast = wideSum(b, T, false)) return fast;
   return elementwise(b, T, [](const fi& x, const fi& y) -> const fi& { return x + y; });
 }
 
@@ -410,6 +411,7 @@ std::unique_ptr<fi> fi::minus(const fi& b) const {
   refuseSlopeBiasSum(*this, b, "minus");
   initializeSumRegister(T, math_);
   if (auto fast = bulkSum(b, T, true)) return fast;
+  if (auto fast = wideSum(b, T, true)) return fast;
   return elementwise(b, T, [](const fi& x, const fi& y) -> const fi& { return x - y; });
 }
 
@@ -423,6 +425,7 @@ std::unique_ptr<fi> fi::times(const fi& b) const {
   else
     initializeProductRegister(P, P, math_);
   if (auto fast = bulkProduct(b, P)) return fast;
+  if (auto fast = wideProduct(b, P)) return fast;
   return elementwise(b, P, [](const fi& x, const fi& y) -> const fi& { return x * y; });
 }
 

@@ -16,6 +16,7 @@
 #include "fi/element_kernels.h"
 #include "fi/element_storage.h"
 #include "fi/fi.h"
+#include "fi/stored_span.h"
 
 namespace corbel {
 namespace {
@@ -43,54 +44,8 @@ bool qualifies(const fi& x) {
   return x.isreal() && fitsDouble(x.getNumericType());
 }
 
-__extension__ typedef __int128 int128;
-
-// The values an array of a binary-point type can hold, or a step can give: the integers
-// lo .. hi times 2^e. Magnitudes stay below 2^90 (52-bit types, shifts below 40, sums of
-// at most 2^31 terms).
-struct Span {
-  int128 lo, hi;
-  int e;
-};
-
-Span spanOf(const NumericType& t) {
-  const int wl = t.getWordLength();
-  const int128 top = static_cast<int128>(1) << (t.getSigned() ? wl - 1 : wl);
-  return {t.getSigned() ? -top : 0, top - 1, t.getFixedExponent()};
-}
-
-// s on the finer grid 2^e (e <= s.e, s.e - e < 40).
-Span onGrid(const Span& s, int e) {
-  const int shift = s.e - e;
-  return {s.lo * (static_cast<int128>(1) << shift), s.hi * (static_cast<int128>(1) << shift), e};
-}
-
-// Whether quantizing to t changes none of the values of s: they lie on its grid and in its
-// range.
-bool holds(const NumericType& t, const Span& s) {
-  if (s.lo == 0 && s.hi == 0) return true;
-  const Span r = spanOf(t);
-  if (s.e < r.e || s.e - r.e >= 40) return false;
-  const Span g = onGrid(s, r.e);
-  return g.lo >= r.lo && g.hi <= r.hi;
-}
-
-// The span of a quantization to t: s itself when the quantization changes nothing, else
-// the whole of t.
-Span quantized(const NumericType& t, const Span& s) {
-  return holds(t, s) ? s : spanOf(t);
-}
-
-Span sumSpan(const Span& a, const Span& b, bool subtract) {
-  const int e = std::min(a.e, b.e);
-  const Span x = onGrid(a, e), y = onGrid(b, e);
-  return subtract ? Span{x.lo - y.hi, x.hi - y.lo, e} : Span{x.lo + y.lo, x.hi + y.hi, e};
-}
-
-Span productSpan(const Span& a, const Span& b) {
-  const int128 c[] = {a.lo * b.lo, a.lo * b.hi, a.hi * b.lo, a.hi * b.hi};
-  return {*std::min_element(c, c + 4), *std::max_element(c, c + 4), a.e + b.e};
-}
+// Double-backed types are at most 52 bits wide: their bounds fit 128 bits.
+using DoubleSpan = Span<int128>;
 
 // The data of one part of x for a block loop, with the step between its elements: the
 // zeros of a real array's imaginary part are one zero repeated.
@@ -229,10 +184,10 @@ std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract
   const NumericType& R = reg.type_;
   if (!fitsDouble(R) || !onDoubles(reg.assignQuantizer_)) return nullptr;
   // With CastBeforeSum the left value is first quantized to the register's type.
-  const Span a = cast ? quantized(R, spanOf(type_)) : spanOf(type_);
-  const Span sum = sumSpan(a, spanOf(b.type_), subtract);
+  const DoubleSpan a = cast ? quantized(R, spanOf<int128>(type_)) : spanOf<int128>(type_);
+  const DoubleSpan sum = sumSpan(a, spanOf<int128>(b.type_), subtract);
   const ElementwiseSteps steps{
-      cast && !holds(R, spanOf(type_)) ? &reg.assignQuantizer_ : nullptr,
+      cast && !holds(R, spanOf<int128>(type_)) ? &reg.assignQuantizer_ : nullptr,
       subtract ? kernels::Combine::Subtract : kernels::Combine::Add,
       holds(R, sum) ? nullptr : &reg.assignQuantizer_,
       !holds(T, quantized(R, sum))};
@@ -246,7 +201,7 @@ std::unique_ptr<fi> fi::bulkProduct(const fi& b, const NumericType& P) const {
   if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
   fi& reg = *productRegister_;
   if (!fitsDouble(reg.type_) || !onDoubles(reg.assignQuantizer_)) return nullptr;
-  const Span product = productSpan(spanOf(type_), spanOf(b.type_));
+  const DoubleSpan product = productSpan(spanOf<int128>(type_), spanOf<int128>(b.type_));
   const ElementwiseSteps steps{nullptr, kernels::Combine::Multiply,
                                holds(reg.type_, product) ? nullptr : &reg.assignQuantizer_,
                                !holds(P, quantized(reg.type_, product))};
@@ -281,11 +236,11 @@ bool fi::bulkMatrixProduct(const fi& b, fi& result) const {
   // quantizes after each addition. When none of these quantizations can change a value
   // (every partial sum of n products lies on the accumulator's grid and in its range) the
   // sums are exact and the product is plain arithmetic.
-  const Span product = quantized(P, productSpan(spanOf(type_), spanOf(b.type_)));
+  const DoubleSpan product = quantized(P, productSpan(spanOf<int128>(type_), spanOf<int128>(b.type_)));
   const int128 terms = static_cast<int128>(n);
-  const Span partial{terms * std::min<int128>(product.lo, 0), terms * std::max<int128>(product.hi, 0),
+  const DoubleSpan partial{terms * std::min<int128>(product.lo, 0), terms * std::max<int128>(product.hi, 0),
                      product.e};
-  const bool plain = holds(P, productSpan(spanOf(type_), spanOf(b.type_))) && holds(S, partial);
+  const bool plain = holds(P, productSpan(spanOf<int128>(type_), spanOf<int128>(b.type_))) && holds(S, partial);
   std::vector<double> products(n);
   double lastProduct = 0.0;
   if (plain) {

@@ -5,6 +5,7 @@
 
 #include "fi/element_storage.h"
 #include "fi/fi.h"
+#include "fi/wide_elements.h"
 #include "host/messages.h"
 
 namespace corbel {
@@ -46,6 +47,7 @@ void fi::allocateImag() {
 
 void fi::releaseData() {
   if (shared_ == nullptr) return;
+  wide_.reset();  // stored integers are never shared
   if (--shared_->shareCount == 0) {
     ElementStorage::destroy(realData_, shared_->elements);
     ElementStorage::destroy(shared_->imag, shared_->elements);
@@ -111,6 +113,10 @@ fi::fi(const HostArray& values, const NumericType& type, const fimath& math) {
   useTypePrecision();
   std::vector<int> dims(values.dims().begin(), values.dims().end());
   copyDimensions(dims.data(), static_cast<int>(dims.size()));
+  if (values.element_class() == HostClass::Double &&
+      storeWide(static_cast<const double*>(values.real_data()),
+                values.is_complex() ? static_cast<const double*>(values.imag_data()) : nullptr))
+    return;
   allocate(values.is_complex());
   try {
     if (values.element_class() == HostClass::Double &&
@@ -132,6 +138,7 @@ fi::fi(const double* re, const double* im, const int* dims, int ndims, const Num
   initCommon(type, math);
   useTypePrecision();
   copyDimensions(dims, ndims);
+  if (storeWide(re, im)) return;
   allocate(im != nullptr);
   try {
     if (storeDoubles(re, false) && (im == nullptr || storeDoubles(im, true))) return;
@@ -202,12 +209,18 @@ fi::fi(const fi& source, CopyMode mode) {
     return;
   }
   copyDimensions(source.dims(), source.ndims());
-  allocate(source.iscomplex());
   filog_ = source.getfilog();
-  // Copies share the number bodies until either side changes an element.
-  for (int i = 0; i < numel_; ++i) {
-    realData_[i] = source.real(i);
-    if (!isreal_) (*imagSlot_)[i] = source.imag(i);
+  if (source.wide_) {
+    shared_->elements = static_cast<size_t>(numel_);
+    isreal_ = source.isreal_;
+    wide_ = std::make_unique<WideElements>(*source.wide_);
+  } else {
+    allocate(source.iscomplex());
+    // Copies share the number bodies until either side changes an element.
+    for (int i = 0; i < numel_; ++i) {
+      realData_[i] = source.real(i);
+      if (!isreal_) (*imagSlot_)[i] = source.imag(i);
+    }
   }
   if (source.sumRegister_) sumRegister_ = std::make_unique<fi>(*source.sumRegister_, WholeCopy);
   if (source.productRegister_)
@@ -215,7 +228,7 @@ fi::fi(const fi& source, CopyMode mode) {
 }
 
 fi::fi(const fi& source, CopyIndex)
-    : realData_(source.realData_),
+    : realData_((source.materialize(), source.realData_)),
       shared_(source.shared_),
       imagSlot_(source.imagSlot_),
       isreal_(source.isreal_),
@@ -283,6 +296,7 @@ void fi::setIndex(int i) const {
 }
 
 void fi::setIsReal(bool isreal) {
+  materialize();
   isreal_ = isreal;
 }
 
@@ -301,12 +315,14 @@ bool fi::isSameSize(const fi& other) const {
 
 void fi::coordinateComplexity(bool complex) {
   if (!complex || !isreal_) return;
+  materialize();
   if (*imagSlot_ == nullptr) allocateImag();
   isreal_ = false;
 }
 
 void fi::freeImagIfZero() {
   if (isreal_) return;
+  materialize();
   for (int i = 0; i < numel_; ++i)
     if (!(*imagSlot_)[i].iszero()) return;
   ElementStorage::destroy(*imagSlot_, shared_->elements);
@@ -322,6 +338,7 @@ void fi::updateAssignmentQuantizer() {
 }
 
 void fi::quantizeAll() {
+  materialize();
   // Whole parts while their elements are doubles, then element by element from where that
   // stopped (quantizing twice changes nothing, and without a log nothing is counted).
   const int from = isreal_ ? quantizeDoublesInPlace(false)

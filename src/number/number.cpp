@@ -225,6 +225,14 @@ number& number::setvalue(mpz_srcptr integer, long exponent) {
   return *this;
 }
 
+number number::multiprecision(mpz_srcptr integer, long exponent, unsigned long precision) {
+  auto* body = new mpnumber(0.0, std::max<unsigned long>(mpz_sizeinbase(integer, 2), precision));
+  mpfr_set_z_2exp(body->getmodifiableelement(), integer, exponent, MPFR_RNDN);
+  number n;
+  n.adopt(*body);
+  return n;
+}
+
 void number::getvalue(mpq_ptr q) const {
   if (!isboxed()) {
     mpq_set_d(q, inlinedouble());

@@ -121,6 +121,9 @@ class number {
   // Exactly integer * 2^exponent, at a precision that holds the integer (a double when it
   // needs at most 52 bits and multiprecision is not forced by default).
   number& setvalue(mpz_srcptr integer, long exponent);
+  // A multiprecision number of at least `precision` bits, and as many as the integer needs,
+  // holding integer * 2^exponent exactly.
+  static number multiprecision(mpz_srcptr integer, long exponent, unsigned long precision);
   // The exact value as a rational (finite values only).
   void getvalue(mpq_ptr q) const;
   // Turns the real-world value into its stored integer.

@@ -12,16 +12,10 @@
 
 #include "fi/fi.h"
 #include "host/inprocess_host.h"
+#include "random_formats.h"
 
 namespace corbel {
 namespace {
-
-constexpr RoundModeEnum kRoundModes[] = {RoundModeEnum::Ceil,    RoundModeEnum::Convergent,
-                                         RoundModeEnum::Fix,     RoundModeEnum::Floor,
-                                         RoundModeEnum::Nearest, RoundModeEnum::Round};
-constexpr ArithmeticModeEnum kModes[] = {ArithmeticModeEnum::FullPrecision,
-                                         ArithmeticModeEnum::KeepLSB, ArithmeticModeEnum::KeepMSB,
-                                         ArithmeticModeEnum::SpecifyPrecision};
 
 // Every element's real and imaginary parts, interleaved (a real array's imaginary parts are
 // its zeros).
@@ -74,35 +68,6 @@ fi randomArray(std::mt19937_64& rng, int numel, bool issigned, int wl, int fl, c
   const int dims[] = {rows, rows == 0 ? 0 : numel / rows};
   return fi(re.data(), complex ? im.data() : nullptr, dims, 2, NumericType(issigned, wl, fl), m);
 }
-
-// Random settings for trial t: every round mode in turn, either overflow mode and
-// CastBeforeSum, any sum and product mode and register format up to maxWordLength + 4 bits.
-fimath randomFimath(std::mt19937_64& rng, int t, int maxWordLength, int maxFraction) {
-  std::uniform_int_distribution<int> wl(2, maxWordLength), fl(-4, maxFraction), coin(0, 1),
-      mode(0, 3);
-  fimath m;
-  m.setRoundMode(kRoundModes[t % 6]);
-  m.setOverflowMode(coin(rng) ? OverflowModeEnum::Wrap : OverflowModeEnum::Saturate);
-  m.setCastBeforeSum(coin(rng) != 0);
-  m.setSumMode(kModes[mode(rng)]);
-  m.setProductMode(kModes[mode(rng)]);
-  m.setSumWordLength(wl(rng) + 4);
-  m.setSumFractionLength(fl(rng));
-  m.setProductWordLength(wl(rng) + 4);
-  m.setProductFractionLength(fl(rng));
-  return m;
-}
-
-// A word length from 1 to 52, short ones more often, and a fraction length from 8 below
-// zero to 8 above the word length.
-struct RandomFormat {
-  int wl, fl;
-  explicit RandomFormat(std::mt19937_64& rng, int maxWordLength = 52) {
-    std::uniform_int_distribution<int> shortOrLong(0, 2);
-    wl = std::uniform_int_distribution<int>(1, shortOrLong(rng) ? 24 : maxWordLength)(rng);
-    fl = std::uniform_int_distribution<int>(-8, wl + 8)(rng);
-  }
-};
 
 TEST(FiBulk, SumsDifferencesAndProductsMatchTheElementOperatorsBitForBit) {
   std::mt19937_64 rng(20261122);

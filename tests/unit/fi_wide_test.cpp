@@ -1,0 +1,157 @@
+// The stored-integer paths of wide binary-point types against the element path (which a log
+// forces), value for value and with the sign of every zero: construction from doubles, sums,
+// differences and products, over word lengths 1 to 130 (operands) and up to 260 (registers
+// and results), fraction lengths below 0 and above the word length, every rounding, overflow,
+// sum and product setting, CastBeforeSum on and off, scalar expansion, empty arrays and
+// complex sums, with operands held as stored integers and as numbers of full width.
+#include <gmp.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "exact.h"
+#include "fi/fi.h"
+#include "host/inprocess_host.h"
+#include "random_formats.h"
+
+namespace corbel {
+namespace {
+
+// Each part of each element as an exact rational, a zero with its sign.
+std::vector<std::string> exactParts(const fi& x) {
+  std::vector<std::string> out;
+  for (int i = 0; i < x.numel(); ++i)
+    for (const number* v : {&x.real(i), &x.imag(i)})
+      out.push_back(v->iszero() ? (std::signbit(v->todouble()) ? "-0" : "+0") : Q(*v).str());
+  return out;
+}
+
+// Elements held as numbers with random stored integers of the whole word, a few of them zero.
+std::unique_ptr<fi> randomNumbers(std::mt19937_64& rng, gmp_randstate_t state, int numel, bool issigned, int wl,
+                 int fl, const fimath& m, bool complex) {
+  const int dims[] = {numel == 0 ? 0 : 1, numel};
+  auto x = std::make_unique<fi>(dims, 2, NumericType(issigned, wl, fl), m, complex);
+  mpz_t z, half;
+  mpz_inits(z, half, nullptr);
+  mpz_setbit(half, static_cast<mp_bitcnt_t>(wl - 1));
+  for (int i = 0; i < numel; ++i)
+    for (bool imagPart : {false, true}) {
+      if (imagPart && !complex) continue;
+      mpz_urandomb(z, state, static_cast<mp_bitcnt_t>(wl));
+      if (issigned) mpz_sub(z, z, half);  // into [-2^(wl-1), 2^(wl-1))
+      // Values on coarser grids now and then, so that roundings meet ties.
+      if (rng() % 2 == 0) {
+        const mp_bitcnt_t k = rng() % static_cast<unsigned>(wl);
+        mpz_fdiv_q_2exp(z, z, k);
+        mpz_mul_2exp(z, z, k);
+      }
+      if (rng() % 9 == 0) mpz_set_ui(z, 0);
+      (imagPart ? x->imagRef(i) : x->realRef(i)) = number::multiprecision(z, -fl, 64);
+    }
+  mpz_clears(z, half, nullptr);
+  return x;
+}
+
+// Elements made from doubles spread over the type's range and a little past it.
+fi randomDoubles(std::mt19937_64& rng, int numel, bool issigned, int wl, int fl, const fimath& m,
+                 bool complex) {
+  std::uniform_real_distribution<double> spread(issigned ? -1.2 : -0.1, 1.2);
+  std::vector<double> re(static_cast<size_t>(numel)), im(re.size());
+  for (size_t i = 0; i < re.size(); ++i) {
+    re[i] = spread(rng) * std::ldexp(1.0, wl - fl - (issigned ? 1 : 0));
+    im[i] = spread(rng) * std::ldexp(1.0, wl - fl - (issigned ? 1 : 0));
+  }
+  const int dims[] = {numel == 0 ? 0 : 1, numel};
+  return fi(re.data(), complex ? im.data() : nullptr, dims, 2, NumericType(issigned, wl, fl), m);
+}
+
+struct Sweep {
+  int ran = 0, held = 0;
+  // Runs op with logging off (the stored-integer path where it applies) and on (the element
+  // path), and compares.
+  template <class Op>
+  std::unique_ptr<fi> check(Op op, const char* what) {
+    auto fast = op();
+    held += fast->holdsStoredIntegers();
+    ++ran;
+    const std::vector<std::string> got = exactParts(*fast);
+    fi::setLogging(true);
+    const auto slow = op();
+    fi::setLogging(false);
+    EXPECT_EQ(got, exactParts(*slow)) << what;
+    return fast;
+  }
+};
+
+TEST(FiWide, SumsDifferencesAndProductsMatchTheElementPath) {
+  InProcessHost host;
+  ScopedHost scope(host);
+  std::mt19937_64 rng(20261124);
+  gmp_randstate_t state;
+  gmp_randinit_mt(state);
+  gmp_randseed_ui(state, 1124);
+  std::uniform_int_distribution<int> coin(0, 1), wide(53, 124), any(1, 130);
+  Sweep sweep;
+  for (int trial = 0; trial < 240; ++trial) {
+    fimath m = randomFimath(rng, trial, 250, 140);
+    m.setMaxSumWordLength(1024);
+    m.setMaxProductWordLength(1024);
+    const int na = trial % 7 == 0 ? 1 : (trial % 23 == 0 ? 0 : 9);
+    const int nb = trial % 5 == 0 ? 1 : (na == 0 ? 0 : 9);
+    const int wa = trial % 4 == 3 ? any(rng) : wide(rng), wb = trial % 4 == 2 ? any(rng) : wide(rng);
+    const int fa = std::uniform_int_distribution<int>(-8, wa + 8)(rng);
+    const int fb = std::uniform_int_distribution<int>(-8, wb + 8)(rng);
+    const bool complexA = trial % 3 == 1, complexB = trial % 4 == 2;
+    const fi a = randomDoubles(rng, na, coin(rng), wa, fa, m, complexA);
+    const auto numbers = randomNumbers(rng, state, nb, coin(rng), wb, fb, m, complexB);
+    const fi& b = *numbers;
+    const auto sum = sweep.check([&] { return a.plus(b); }, "sum");
+    sweep.check([&] { return b.minus(a); }, "difference");
+    if (complexA || complexB) continue;
+    // Products, and sums of what they give (stored integers of up to 256 bits).
+    const auto product = sweep.check([&] { return a.times(b); }, "product");
+    sweep.check([&] { return product->minus(*product); }, "difference of products");
+    sweep.check([&] { return sum->plus(*product); }, "sum with a product");
+  }
+  gmp_randclear(state);
+  // The sweep must exercise the stored-integer paths, not fall back everywhere.
+  EXPECT_GT(sweep.held, sweep.ran / 2) << sweep.ran;
+}
+
+TEST(FiWide, ConstructionMatchesTheElementPath) {
+  InProcessHost host;
+  ScopedHost scope(host);
+  std::mt19937_64 rng(53);
+  std::uniform_int_distribution<int> wide(53, 124);
+  int held = 0;
+  for (int trial = 0; trial < 120; ++trial) {
+    fimath m;
+    m.setRoundMode(kRoundModes[trial % 6]);
+    m.setOverflowMode(trial % 4 < 2 ? OverflowModeEnum::Wrap : OverflowModeEnum::Saturate);
+    const int wl = wide(rng), fl = std::uniform_int_distribution<int>(-80, wl + 80)(rng);
+    const auto make = [&] { return randomDoubles(rng, 31, trial % 3 != 0, wl, fl, m, trial % 5 == 0); };
+    std::mt19937_64 again = rng;
+    const fi fast = make();
+    held += fast.holdsStoredIntegers();
+    const std::vector<std::string> got = exactParts(fast);
+    rng = again;
+    fi::setLogging(true);
+    const fi slow = make();
+    fi::setLogging(false);
+    EXPECT_EQ(got, exactParts(slow)) << wl << "," << fl;
+  }
+  EXPECT_GT(held, 80);
+  // A negative zero, or a value that rounds to zero, leaves it to the element path.
+  const double v[] = {1.0, -0.0};
+  const int dims[] = {1, 2};
+  const fi negativeZero(v, nullptr, dims, 2, NumericType(true, 80, 40), fimath());
+  EXPECT_FALSE(negativeZero.holdsStoredIntegers());
+  EXPECT_TRUE(std::signbit(negativeZero.realdouble(1)));
+}
+
+}  // namespace
+}  // namespace corbel
