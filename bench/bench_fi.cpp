@@ -12,10 +12,12 @@
 // AVX2 (as the library's kernels also are), for comparison. The table after the run gives
 // ns per element and the ratio to the plain loop of the same task.
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <random>
 #include <string>
 #include <vector>
@@ -62,13 +64,13 @@ T saturate(T x, T lo, T hi) {
 #endif
 // Each plain loop twice: with the project's flags, and for AVX2.
 #define CORBEL_PLAIN_LOOP(name, params, ...) \
-  void name params __VA_ARGS__                \
-  CORBEL_AVX2 void name##Avx2 params __VA_ARGS__
+  void name params __VA_ARGS__ CORBEL_AVX2 void name##Avx2 params __VA_ARGS__
 
 // Nearest (halves up) and saturation into s16,15.
 CORBEL_PLAIN_LOOP(quantizeS16, (const double* x, std::int16_t* out, int n), {
   for (int i = 0; i < n; ++i)
-    out[i] = static_cast<std::int16_t>(saturate(std::floor(x[i] * 32768.0 + 0.5), -32768.0, 32767.0));
+    out[i] =
+        static_cast<std::int16_t>(saturate(std::floor(x[i] * 32768.0 + 0.5), -32768.0, 32767.0));
 })
 
 std::vector<std::int16_t> storedIntegers(const std::vector<double>& v) {
@@ -109,15 +111,19 @@ void BM_a_fi(benchmark::State& state) {
 
 // ---- b, c: s16,15 ---------------------------------------------------------------------------
 
-CORBEL_PLAIN_LOOP(addS16, (const std::int16_t* a, const std::int16_t* b, std::int32_t* out, int n), {
-  for (int i = 0; i < n; ++i) out[i] = saturate(a[i] + b[i], -(1 << 16), (1 << 16) - 1);
-})
+CORBEL_PLAIN_LOOP(addS16, (const std::int16_t* a, const std::int16_t* b, std::int32_t* out, int n),
+                  {
+                    for (int i = 0; i < n; ++i)
+                      out[i] = saturate(a[i] + b[i], -(1 << 16), (1 << 16) - 1);
+                  })
 
 // The full product of two s16 needs 31 bits; the saturation is what a kernel pays.
-CORBEL_PLAIN_LOOP(mulS16, (const std::int16_t* a, const std::int16_t* b, std::int32_t* out, int n), {
-  for (int i = 0; i < n; ++i)
-    out[i] = saturate(std::int32_t{a[i]} * b[i], -(1 << 30), (1 << 30) - 1 + (1 << 30));
-})
+CORBEL_PLAIN_LOOP(mulS16, (const std::int16_t* a, const std::int16_t* b, std::int32_t* out, int n),
+                  {
+                    for (int i = 0; i < n; ++i)
+                      out[i] = saturate(std::int32_t{a[i]} * b[i], -(1 << 30),
+                                        (1 << 30) - 1 + (1 << 30));
+                  })
 
 void BM_b_plain_loop(benchmark::State& state) {
   const auto a = storedIntegers(va()), b = storedIntegers(vb());
@@ -194,8 +200,8 @@ std::vector<int128> wideIntegers(const std::vector<double>& v) {
   // The stored integers of s100,96 for the first kWideN values: x * 2^96, exact.
   std::vector<int128> out(kWideN);
   for (int i = 0; i < kWideN; ++i)
-    out[static_cast<size_t>(i)] =
-        static_cast<int128>(std::ldexp(v[static_cast<size_t>(i)], 52)) << 44;
+    out[static_cast<size_t>(i)] = static_cast<int128>(std::ldexp(v[static_cast<size_t>(i)], 52))
+                                  << 44;
   return out;
 }
 
@@ -225,7 +231,7 @@ void BM_dplus_fi(benchmark::State& state) {
 void BM_dx_plain_loop(benchmark::State& state) {
   const auto a = wideIntegers(va()), b = wideIntegers(vb());
   std::vector<u128> lo(kWideN), hi(kWideN);
-  std::vector<bool> negative(kWideN);
+  std::vector<std::uint8_t> negative(kWideN);
   for (auto _ : state) {
     for (int i = 0; i < kWideN; ++i) {
       const u128 x = static_cast<u128>(a[i] < 0 ? -a[i] : a[i]);
@@ -315,13 +321,34 @@ BENCHMARK(BM_e_fi)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_cb_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_cb_fi)->Unit(benchmark::kMillisecond);
 
+// Heap bytes per element of a real 10^6-element array, as the allocator counts them. Run
+// first, before any freed block waits in the element storage's cache.
+void reportMemory() {
+  const auto heap = [] {
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd);
+  };
+  const auto perElement = [&](int wl, int fl, bool asNumbers) {
+    va();
+    const double before = heap();
+    const fi x = makeArray(va(), 1, kN, wl, fl);
+    if (asNumbers) x.real(0);  // stored integers become numbers
+    return (heap() - before) / kN;
+  };
+  std::printf("memory, bytes per element of a 10^6-element real array\n");
+  std::printf("  s16,15                         %6.1f\n", perElement(16, 15, false));
+  std::printf("  s100,96 as stored integers     %6.1f\n", perElement(100, 96, false));
+  std::printf("  s100,96 as numbers             %6.1f\n\n", perElement(100, 96, true));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  reportMemory();
   // Grouped by the task after "BM_"; the plain loop of each task is its baseline.
   bench::RatioReporter reporter("element", [](const std::string& name) {
     const std::string task = name.substr(3, name.find('_', 3) - 3);
-    const double items = task == "e" ? double(kM) * kM * kM
+    const double items = task == "e"                         ? double(kM) * kM * kM
                          : (task == "dplus" || task == "dx") ? double(kWideN)
                                                              : double(kN);
     return bench::Placement{name, task, name.find("plain_loop") != std::string::npos, items};

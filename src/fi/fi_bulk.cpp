@@ -189,8 +189,7 @@ std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract
   const ElementwiseSteps steps{
       cast && !holds(R, spanOf<int128>(type_)) ? &reg.assignQuantizer_ : nullptr,
       subtract ? kernels::Combine::Subtract : kernels::Combine::Add,
-      holds(R, sum) ? nullptr : &reg.assignQuantizer_,
-      !holds(T, quantized(R, sum))};
+      holds(R, sum) ? nullptr : &reg.assignQuantizer_, !holds(T, quantized(R, sum))};
   return elementwiseDoubles(b, T, reg, steps);
 }
 
@@ -236,11 +235,13 @@ bool fi::bulkMatrixProduct(const fi& b, fi& result) const {
   // quantizes after each addition. When none of these quantizations can change a value
   // (every partial sum of n products lies on the accumulator's grid and in its range) the
   // sums are exact and the product is plain arithmetic.
-  const DoubleSpan product = quantized(P, productSpan(spanOf<int128>(type_), spanOf<int128>(b.type_)));
+  const DoubleSpan product =
+      quantized(P, productSpan(spanOf<int128>(type_), spanOf<int128>(b.type_)));
   const int128 terms = static_cast<int128>(n);
-  const DoubleSpan partial{terms * std::min<int128>(product.lo, 0), terms * std::max<int128>(product.hi, 0),
-                     product.e};
-  const bool plain = holds(P, productSpan(spanOf<int128>(type_), spanOf<int128>(b.type_))) && holds(S, partial);
+  const DoubleSpan partial{terms * std::min<int128>(product.lo, 0),
+                           terms * std::max<int128>(product.hi, 0), product.e};
+  const bool plain =
+      holds(P, productSpan(spanOf<int128>(type_), spanOf<int128>(b.type_))) && holds(S, partial);
   std::vector<double> products(n);
   double lastProduct = 0.0;
   if (plain) {

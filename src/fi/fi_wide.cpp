@@ -67,8 +67,7 @@ bool storedInteger(const number& x, long exponent, mpz_ptr scratch, I& out) {
   } else {
     mpfr_srcptr v = static_cast<const mpnumber&>(x.gethandle().getbody()).getelement();
     if (!mpfr_number_p(v) || (mpfr_zero_p(v) && mpfr_signbit(v))) return false;
-    if (mpfr_zero_p(v))
-      mpz_set_si(scratch, 0);
+    if (mpfr_zero_p(v)) mpz_set_si(scratch, 0);
     shift = mpfr_zero_p(v) ? 0 : mpfr_get_z_2exp(scratch, v) - exponent;
   }
   if (mpz_sgn(scratch) == 0) {
@@ -170,7 +169,8 @@ bool fi::storeWide(const double* re, const double* im) {
   const auto q = kernels::storedStep<int128>(type_, getRoundMode(), getOverflowMode(), e);
   for (bool imagPart : {false, true}) {
     const double* part = imagPart ? im : re;
-    if (part && !kernels::fromDoubles(part, n, q, e, static_cast<int128*>(wide->allocate(imagPart))))
+    if (part &&
+        !kernels::fromDoubles(part, n, q, e, static_cast<int128*>(wide->allocate(imagPart))))
       return false;
   }
   shared_->elements = n;
@@ -207,9 +207,9 @@ std::unique_ptr<fi> fi::wideSum(const fi& b, const NumericType& T, bool subtract
   const long top = std::max<long>(left.getWordLength() + left.getFixedExponent(),
                                   b.getWordLength() + b.type_.getFixedExponent());
   const long bottom = std::min<long>(left.getFixedExponent(), b.type_.getFixedExponent());
-  const int limbs = loopLimbs(static_cast<int>(
-      std::max<long>({top + 1 - bottom, getWordLength(), b.getWordLength(), R.getWordLength(),
-                      T.getWordLength()})));
+  const int limbs = loopLimbs(
+      static_cast<int>(std::max<long>({top + 1 - bottom, getWordLength(), b.getWordLength(),
+                                       R.getWordLength(), T.getWordLength()})));
   if (limbs == 0 || top + 1 - bottom >= kHeadroom<int256>) return nullptr;
 
   const auto run = [&](auto zero) -> std::unique_ptr<fi> {
@@ -229,15 +229,16 @@ std::unique_ptr<fi> fi::wideSum(const fi& b, const NumericType& T, bool subtract
     const long e1 = after(plan.toRegister, s.e);
     if (!holds(T, quantized(R, s))) plan.toResult = kernels::storedStep<I>(T, round, overflow, e1);
     // A result step left out leaves values on T's grid or zeros.
-    plan.store = static_cast<int>(std::max<long>(after(plan.toResult, e1) - T.getFixedExponent(), 0));
+    plan.store =
+        static_cast<int>(std::max<long>(after(plan.toResult, e1) - T.getFixedExponent(), 0));
 
     const fi& shape = numel_ == 1 ? b : *this;
     auto result =
         std::unique_ptr<fi>(new fi(shape.dims(), shape.ndims(), T, math_, Unfilled::Elements));
     const std::size_t n = result->shared_->elements;
     const bool complex = iscomplex() || b.iscomplex();
-    auto wide = std::make_unique<WideElements>(storedLimbs(T.getWordLength()),
-                                               T.getFixedExponent(), T.getWordLength(), n);
+    auto wide = std::make_unique<WideElements>(storedLimbs(T.getWordLength()), T.getFixedExponent(),
+                                               T.getWordLength(), n);
     std::vector<I> sa, sb;
     I last[2] = {I(0), I(0)};
     for (bool imagPart : {false, true}) {
@@ -277,15 +278,16 @@ std::unique_ptr<fi> fi::wideProduct(const fi& b, const NumericType& P) const {
   kernels::StoredProduct plan;
   if (!holds(R, p)) plan.toRegister = kernels::storedStep<int256>(R, round, overflow, p.e);
   const long e1 = after(plan.toRegister, p.e);
-  if (!holds(P, quantized(R, p))) plan.toResult = kernels::storedStep<int256>(P, round, overflow, e1);
+  if (!holds(P, quantized(R, p)))
+    plan.toResult = kernels::storedStep<int256>(P, round, overflow, e1);
   plan.store = static_cast<int>(std::max<long>(after(plan.toResult, e1) - P.getFixedExponent(), 0));
 
   const fi& shape = numel_ == 1 ? b : *this;
   auto result =
       std::unique_ptr<fi>(new fi(shape.dims(), shape.ndims(), P, math_, Unfilled::Elements));
   const std::size_t n = result->shared_->elements;
-  auto wide = std::make_unique<WideElements>(storedLimbs(P.getWordLength()),
-                                             P.getFixedExponent(), P.getWordLength(), n);
+  auto wide = std::make_unique<WideElements>(storedLimbs(P.getWordLength()), P.getFixedExponent(),
+                                             P.getWordLength(), n);
   std::vector<int128> sa, sb;
   kernels::StoredPart pa{}, pb{};
   int256 last(0);

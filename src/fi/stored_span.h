@@ -18,8 +18,12 @@ struct Span {
   long e;
 };
 
-constexpr int128 boundProduct(int128 a, int128 b) { return a * b; }
-constexpr int256 boundProduct(int256 a, int256 b) { return multiply(narrow(a), narrow(b)); }
+constexpr int128 boundProduct(int128 a, int128 b) {
+  return a * b;
+}
+constexpr int256 boundProduct(int256 a, int256 b) {
+  return multiply(narrow(a), narrow(b));
+}
 
 // Word lengths up to kHeadroom<I> - 1.
 template <class I>

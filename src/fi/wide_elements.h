@@ -14,7 +14,9 @@ namespace corbel {
 // the exact sum of two values and a rounding increment below kHeadroom.
 constexpr int kWideMinBits = 53;
 constexpr int kWideMaxBits = 252;
-constexpr int storedLimbs(int wordLength) { return wordLength < kHeadroom<int128> ? 2 : 4; }
+constexpr int storedLimbs(int wordLength) {
+  return wordLength < kHeadroom<int128> ? 2 : 4;
+}
 
 struct WideElements {
   // n elements per part, each of `limbs` 64-bit limbs; an element's value is its stored
@@ -37,7 +39,7 @@ struct WideElements {
   void* allocate(bool imagPart) {
     void*& p = imagPart ? im : re;
     release(p);
-    p = ::operator new(bytes(), std::align_val_t{alignof(int256)});
+    p = ::operator new (bytes(), std::align_val_t{alignof(int256)});
     return p;
   }
   std::size_t bytes() const { return n * static_cast<std::size_t>(limbs) * 8; }
@@ -49,7 +51,7 @@ struct WideElements {
 
  private:
   static void release(void*& p) {
-    if (p) ::operator delete(p, std::align_val_t{alignof(int256)});
+    if (p) ::operator delete (p, std::align_val_t{alignof(int256)});
     p = nullptr;
   }
   void* re = nullptr;

@@ -21,13 +21,21 @@ struct int256 {
   constexpr int256(uint128 low, int128 high) : lo(low), hi(high) {}
 };
 
-constexpr bool operator==(int256 a, int256 b) { return a.lo == b.lo && a.hi == b.hi; }
+constexpr bool operator==(int256 a, int256 b) {
+  return a.lo == b.lo && a.hi == b.hi;
+}
 constexpr bool operator<(int256 a, int256 b) {
   return a.hi < b.hi || (a.hi == b.hi && a.lo < b.lo);
 }
-constexpr bool operator>(int256 a, int256 b) { return b < a; }
-constexpr bool operator<=(int256 a, int256 b) { return !(b < a); }
-constexpr bool operator>=(int256 a, int256 b) { return !(a < b); }
+constexpr bool operator>(int256 a, int256 b) {
+  return b < a;
+}
+constexpr bool operator<=(int256 a, int256 b) {
+  return !(b < a);
+}
+constexpr bool operator>=(int256 a, int256 b) {
+  return !(a < b);
+}
 
 constexpr int256 operator+(int256 a, int256 b) {
   const uint128 lo = a.lo + b.lo;
@@ -39,7 +47,9 @@ constexpr int256 operator-(int256 a, int256 b) {
   return {a.lo - b.lo,
           static_cast<int128>(static_cast<uint128>(a.hi) - static_cast<uint128>(b.hi) - borrow)};
 }
-constexpr int256 operator-(int256 a) { return int256(0) - a; }
+constexpr int256 operator-(int256 a) {
+  return int256(0) - a;
+}
 
 // Arithmetic shift right by 0 <= s < 256 (rounds toward minus infinity).
 constexpr int256 operator>>(int256 a, int s) {
@@ -51,36 +61,49 @@ constexpr int256 operator>>(int256 a, int s) {
 constexpr int256 operator<<(int256 a, int s) {
   if (s == 0) return a;
   if (s < 128)
-    return {a.lo << s, static_cast<int128>((static_cast<uint128>(a.hi) << s) | (a.lo >> (128 - s)))};
+    return {a.lo << s,
+            static_cast<int128>((static_cast<uint128>(a.hi) << s) | (a.lo >> (128 - s)))};
   return {0, static_cast<int128>(a.lo << (s - 128))};
 }
 
-constexpr bool isodd(int128 a) { return (a & 1) != 0; }
-constexpr bool isodd(int256 a) { return (a.lo & 1) != 0; }
+constexpr bool isodd(int128 a) {
+  return (a & 1) != 0;
+}
+constexpr bool isodd(int256 a) {
+  return (a.lo & 1) != 0;
+}
 
 // Shift left by 0 <= s < the width, modulo 2^width (no signed overflow on the way).
 constexpr int128 shiftLeft(int128 a, int s) {
   return static_cast<int128>(static_cast<uint128>(a) << s);
 }
-constexpr int256 shiftLeft(int256 a, int s) { return a << s; }
+constexpr int256 shiftLeft(int256 a, int s) {
+  return a << s;
+}
 
 // The exact product of two 128-bit integers.
 constexpr int256 multiply(int128 a, int128 b) {
   const bool negative = (a < 0) != (b < 0);
   const uint128 x = a < 0 ? -static_cast<uint128>(a) : static_cast<uint128>(a);
   const uint128 y = b < 0 ? -static_cast<uint128>(b) : static_cast<uint128>(b);
-  const uint128 mask = ~static_cast<std::uint64_t>(0);
-  const uint128 x0 = x & mask, x1 = x >> 64, y0 = y & mask, y1 = y >> 64;
-  const uint128 p00 = x0 * y0, p01 = x0 * y1, p10 = x1 * y0, p11 = x1 * y1;
-  const uint128 mid = (p00 >> 64) + (p01 & mask) + (p10 & mask);
-  const int256 m{(mid << 64) | (p00 & mask),
+  const std::uint64_t x0 = static_cast<std::uint64_t>(x), x1 = static_cast<std::uint64_t>(x >> 64);
+  const std::uint64_t y0 = static_cast<std::uint64_t>(y), y1 = static_cast<std::uint64_t>(y >> 64);
+  const uint128 p00 = static_cast<uint128>(x0) * y0, p01 = static_cast<uint128>(x0) * y1;
+  const uint128 p10 = static_cast<uint128>(x1) * y0, p11 = static_cast<uint128>(x1) * y1;
+  const uint128 mid =
+      (p00 >> 64) + static_cast<std::uint64_t>(p01) + static_cast<std::uint64_t>(p10);
+  const int256 m{(mid << 64) | static_cast<std::uint64_t>(p00),
                  static_cast<int128>(p11 + (p01 >> 64) + (p10 >> 64) + (mid >> 64))};
   return negative ? -m : m;
 }
 
 // The low 128 bits, for a value known to fit them.
-constexpr int128 narrow(int256 a) { return static_cast<int128>(a.lo); }
-constexpr int128 narrow(int128 a) { return a; }
+constexpr int128 narrow(int256 a) {
+  return static_cast<int128>(a.lo);
+}
+constexpr int128 narrow(int128 a) {
+  return a;
+}
 
 // A finite double as m * 2^k with an integer m (|m| < 2^53, negative for a negative double);
 // negativeZero tells -0.0 from +0.0, which both give m = 0.

@@ -67,9 +67,9 @@ CORBEL_INLINE T quantizeStored(T v, long shift, const StoredStep<T>& q, bool& lo
     if (q.overflow == OverflowModeEnum::Saturate) {
       r = v > T(0) ? q.hi : q.lo;
     } else {
-      r = k >= q.wordLength ? T(0)
-                            : shiftLeft(lowBits(v, q.wordLength - static_cast<int>(k)),
-                                        static_cast<int>(k));
+      r = k >= q.wordLength
+              ? T(0)
+              : shiftLeft(lowBits(v, q.wordLength - static_cast<int>(k)), static_cast<int>(k));
       if (r > q.hi) r = r + q.lo + q.lo;
     }
   }
@@ -106,9 +106,11 @@ bool sumLoop(const A* a, std::size_t sa, const B* b, std::size_t sb, R* out, std
   if (plain) {
     // Full precision on one grid: the exact sums themselves.
     if (p.subtract)
-      for (std::size_t i = 0; i < n; ++i) out[i] = widen<R>(widen<T>(a[i * sa]) - widen<T>(b[i * sb]));
+      for (std::size_t i = 0; i < n; ++i)
+        out[i] = widen<R>(widen<T>(a[i * sa]) - widen<T>(b[i * sb]));
     else
-      for (std::size_t i = 0; i < n; ++i) out[i] = widen<R>(widen<T>(a[i * sa]) + widen<T>(b[i * sb]));
+      for (std::size_t i = 0; i < n; ++i)
+        out[i] = widen<R>(widen<T>(a[i * sa]) + widen<T>(b[i * sb]));
   } else {
     for (std::size_t i = 0; i < n; ++i) {
       const T r = sumRegister(a[i * sa], b[i * sb], p, lostSign);
@@ -152,9 +154,8 @@ bool sumAny(const StoredPart& a, const StoredPart& b, void* out, int outLimbs, s
             const StoredSum<T>& plan, T& last) {
   return typed(a, [&](auto pa) {
     return typed(b, [&](auto pb) {
-      return typedOut(out, outLimbs, [&](auto po) {
-        return sumLoop(pa, a.step, pb, b.step, po, n, plan, last);
-      });
+      return typedOut(out, outLimbs,
+                      [&](auto po) { return sumLoop(pa, a.step, pb, b.step, po, n, plan, last); });
     });
   });
 }
@@ -165,7 +166,7 @@ template <class T>
 StoredStep<T> storedStep(const NumericType& t, RoundModeEnum round, OverflowModeEnum overflow,
                          long from) {
   const Span<T> bounds = spanOf<T>(t);
-  return {true, round, overflow, t.getSigned(), t.getWordLength(), bounds.e - from,
+  return {true,      round,    overflow, t.getSigned(), t.getWordLength(), bounds.e - from,
           bounds.lo, bounds.hi};
 }
 template StoredStep<int128> storedStep(const NumericType&, RoundModeEnum, OverflowModeEnum, long);

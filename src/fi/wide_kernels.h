@@ -76,7 +76,6 @@ bool product(const StoredPart& a, const StoredPart& b, void* out, int outLimbs, 
              const StoredProduct& plan, int256& last);
 // Finite doubles quantized by q (its shift unused: each double's own grid is the source)
 // into stored integers on the grid 2^to.
-bool fromDoubles(const double* x, std::size_t n, const StoredStep<int128>& q, long to,
-                 int128* out);
+bool fromDoubles(const double* x, std::size_t n, const StoredStep<int128>& q, long to, int128* out);
 
 }  // namespace corbel::kernels

@@ -31,8 +31,8 @@ std::vector<std::string> exactParts(const fi& x) {
 }
 
 // Elements held as numbers with random stored integers of the whole word, a few of them zero.
-std::unique_ptr<fi> randomNumbers(std::mt19937_64& rng, gmp_randstate_t state, int numel, bool issigned, int wl,
-                 int fl, const fimath& m, bool complex) {
+std::unique_ptr<fi> randomNumbers(std::mt19937_64& rng, gmp_randstate_t state, int numel,
+                                  bool issigned, int wl, int fl, const fimath& m, bool complex) {
   const int dims[] = {numel == 0 ? 0 : 1, numel};
   auto x = std::make_unique<fi>(dims, 2, NumericType(issigned, wl, fl), m, complex);
   mpz_t z, half;
@@ -102,7 +102,8 @@ TEST(FiWide, SumsDifferencesAndProductsMatchTheElementPath) {
     m.setMaxProductWordLength(1024);
     const int na = trial % 7 == 0 ? 1 : (trial % 23 == 0 ? 0 : 9);
     const int nb = trial % 5 == 0 ? 1 : (na == 0 ? 0 : 9);
-    const int wa = trial % 4 == 3 ? any(rng) : wide(rng), wb = trial % 4 == 2 ? any(rng) : wide(rng);
+    const int wa = trial % 4 == 3 ? any(rng) : wide(rng),
+              wb = trial % 4 == 2 ? any(rng) : wide(rng);
     const int fa = std::uniform_int_distribution<int>(-8, wa + 8)(rng);
     const int fb = std::uniform_int_distribution<int>(-8, wb + 8)(rng);
     const bool complexA = trial % 3 == 1, complexB = trial % 4 == 2;
@@ -133,11 +134,16 @@ TEST(FiWide, ConstructionMatchesTheElementPath) {
     m.setRoundMode(kRoundModes[trial % 6]);
     m.setOverflowMode(trial % 4 < 2 ? OverflowModeEnum::Wrap : OverflowModeEnum::Saturate);
     const int wl = wide(rng), fl = std::uniform_int_distribution<int>(-80, wl + 80)(rng);
-    const auto make = [&] { return randomDoubles(rng, 31, trial % 3 != 0, wl, fl, m, trial % 5 == 0); };
+    const auto make = [&] {
+      return randomDoubles(rng, 31, trial % 3 != 0, wl, fl, m, trial % 5 == 0);
+    };
     std::mt19937_64 again = rng;
     const fi fast = make();
     held += fast.holdsStoredIntegers();
+    const fi copy(fast, fi::WholeCopy);
+    EXPECT_EQ(copy.holdsStoredIntegers(), fast.holdsStoredIntegers());
     const std::vector<std::string> got = exactParts(fast);
+    EXPECT_EQ(exactParts(copy), got);
     rng = again;
     fi::setLogging(true);
     const fi slow = make();

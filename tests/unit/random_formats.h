@@ -8,11 +8,11 @@
 namespace corbel {
 
 inline constexpr RoundModeEnum kRoundModes[] = {RoundModeEnum::Ceil,    RoundModeEnum::Convergent,
-                                         RoundModeEnum::Fix,     RoundModeEnum::Floor,
-                                         RoundModeEnum::Nearest, RoundModeEnum::Round};
-inline constexpr ArithmeticModeEnum kModes[] = {ArithmeticModeEnum::FullPrecision,
-                                         ArithmeticModeEnum::KeepLSB, ArithmeticModeEnum::KeepMSB,
-                                         ArithmeticModeEnum::SpecifyPrecision};
+                                                RoundModeEnum::Fix,     RoundModeEnum::Floor,
+                                                RoundModeEnum::Nearest, RoundModeEnum::Round};
+inline constexpr ArithmeticModeEnum kModes[] = {
+    ArithmeticModeEnum::FullPrecision, ArithmeticModeEnum::KeepLSB, ArithmeticModeEnum::KeepMSB,
+    ArithmeticModeEnum::SpecifyPrecision};
 
 // Random settings for trial t: every round mode in turn, either overflow mode and
 // CastBeforeSum, any sum and product mode and register format up to maxWordLength + 4 bits.
@@ -32,8 +32,8 @@ inline fimath randomFimath(std::mt19937_64& rng, int t, int maxWordLength, int m
   return m;
 }
 
-// A word length from 1 to maxWordLength, two times in three at most 24, and a fraction length from 8 below
-// zero to 8 above the word length.
+// A word length from 1 to maxWordLength, two times in three at most 24, and a fraction length from
+// 8 below zero to 8 above the word length.
 struct RandomFormat {
   int wl, fl;
   explicit RandomFormat(std::mt19937_64& rng, int maxWordLength = 52) {
