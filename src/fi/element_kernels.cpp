@@ -1,8 +1,10 @@
 // Loops over element arrays of double-backed numbers, built per x86-64 level.
 #include "fi/element_kernels.h"
 
+#include <cmath>
 #include <cstring>
 
+#include "number/doublenumber.h"
 #include "quantize/cpu_clones.h"
 
 namespace corbel::kernels {
@@ -25,6 +27,20 @@ CORBEL_CPU_CLONES bool alldoubles(const number* p, std::size_t n) {
 
 CORBEL_CPU_CLONES void store(number* p, const double* x, std::size_t n) {
   for (std::size_t i = 0; i < n; ++i) number::placedouble(p + i, x[i]);
+}
+
+CORBEL_CPU_CLONES void map(Map op, double* x, std::size_t n, long k) {
+  switch (op) {
+    case Map::Negate:
+      for (std::size_t i = 0; i < n; ++i) x[i] = -x[i];
+      return;
+    case Map::Abs:
+      for (std::size_t i = 0; i < n; ++i) x[i] = std::fabs(x[i]);
+      return;
+    case Map::Pow2:
+      for (std::size_t i = 0; i < n; ++i) x[i] = doublenumber::pow2Of(x[i], k);
+      return;
+  }
 }
 
 CORBEL_CPU_CLONES void combine(Combine op, double* x, const double* y, std::size_t n) {

@@ -21,6 +21,10 @@ enum class Combine { Add, Subtract, Multiply };
 // x[i] = x[i] op y[i], in IEEE arithmetic (the callers make sure that it is exact).
 void combine(Combine op, double* x, const double* y, std::size_t n);
 
+enum class Map { Negate, Abs, Pow2 };
+// x[i] = -x[i], |x[i]| or x[i] * 2^k, as a double body does it.
+void map(Map op, double* x, std::size_t n, long k);
+
 // out[i] = a[i * sa] op b[i * sb] (steps 0 or 1) in one pass, written into raw storage;
 // false when an operand element is not an inline double (out then holds some doubles and
 // garbage, to be discarded).

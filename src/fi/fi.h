@@ -235,6 +235,29 @@ class fi {
   // once the registers are initialized; false, changing nothing, when it does not qualify.
   bool bulkMatrixProduct(const fi& b, fi& result) const;
 
+  // ---- Unary operations and selections (fi_unary.cpp) -----------------------------------
+  // Each returns a new array; the operand is never changed. uminus, abs and conj quantize
+  // what they change through the assignment quantizer (the logging one while logging is
+  // on, counting into the result's log); pow2 multiplies every part by 2^k and re-quantizes.
+  std::unique_ptr<fi> uminus() const;
+  std::unique_ptr<fi> pow2(long k) const;
+  std::unique_ptr<fi> abs() const;
+  // The current element's absolute value, unquantized.
+  void abs(number& out) const;
+  std::unique_ptr<fi> conj() const;
+  // A complex array of this array's type: this real part and im's values as imaginary
+  // parts (quantized into this type), with scalar expansion.
+  std::unique_ptr<fi> complex(const fi& im) const;
+  // Element-wise the larger or smaller of two arrays of one type and fimath, with scalar
+  // expansion; complex elements compare by magnitude; a tie keeps this array's element.
+  std::unique_ptr<fi> max(const fi& b) const;
+  std::unique_ptr<fi> min(const fi& b) const;
+  // The largest or smallest elements along dimension dim (counted from 1; 0 takes the
+  // first dimension longer than one) and their positions along it (from 1, a double
+  // array); the first of equal elements wins. An empty dimension stays empty.
+  void unary_max(std::unique_ptr<fi>& values, HostArray& indices, int dim = 0) const;
+  void unary_min(std::unique_ptr<fi>& values, HostArray& indices, int dim = 0) const;
+
   void initializeSumRegister(const NumericType& T, const fimath& m) const;
   void initializeSumRegister(const fimath& m) const;
   void initializeSumRegister(const fi& other) const;
@@ -351,6 +374,15 @@ class fi {
   // integers, as bulkSum and bulkProduct are on doubles.
   std::unique_ptr<fi> wideSum(const fi& b, const NumericType& T, bool subtract) const;
   std::unique_ptr<fi> wideProduct(const fi& b, const NumericType& P) const;
+
+  std::unique_ptr<fi> select(const fi& b, bool larger) const;
+  void reduceSelect(std::unique_ptr<fi>& values, HostArray& indices, int dim, bool larger) const;
+  // What the unary whole-array path does to each element before quantizing it.
+  enum class UnaryStep { Negate, NegateImaginary, Abs, Pow2 };
+  // Takes the step (Pow2 by 2^k) on every element of a part of this array, then quantizes
+  // it through the assignment quantizer, as the element loops do when no log is kept; false,
+  // changing nothing, when the log, the type or an element that is not a double rule it out.
+  bool mapDoubles(UnaryStep step, long k);
 
   static const number& zeroNumber();
   // Builds the members every constructor shares, for a type and math.

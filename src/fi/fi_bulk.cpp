@@ -169,6 +169,31 @@ int fi::quantizeDoublesInPlace(bool imagPart) {
   return numel_;
 }
 
+bool fi::mapDoubles(UnaryStep step, long k) {
+  if (getLogging() || !fitsDouble(type_) || !onDoubles(assignQuantizer_)) return false;
+  const std::size_t n = shared_->elements;
+  const bool imagOnly = step == UnaryStep::NegateImaginary;
+  number* parts[] = {imagOnly ? nullptr : realData_, isreal_ ? nullptr : *imagSlot_};
+  // Every element is checked before any is changed.
+  for (number* p : parts)
+    if (p && !kernels::alldoubles(p, n)) return false;
+  const kernels::Map op = step == UnaryStep::Abs    ? kernels::Map::Abs
+                          : step == UnaryStep::Pow2 ? kernels::Map::Pow2
+                                                    : kernels::Map::Negate;
+  double x[kBlock];
+  for (number* p : parts) {
+    if (!p) continue;
+    for (std::size_t first = 0; first < n; first += kBlock) {
+      const std::size_t count = std::min(kBlock, n - first);
+      kernels::load(p + first, 1, count, x);
+      kernels::map(op, x, count, k);
+      assignQuantizer_.quantizeDoubles(x, count);
+      kernels::store(p + first, x, count);
+    }
+  }
+  return true;
+}
+
 std::unique_ptr<fi> fi::bulkSum(const fi& b, const NumericType& T, bool subtract) const {
   // Complex sums are two real ones, part by part.
   if (getLogging() || !fitsDouble(type_) || !fitsDouble(b.type_) || !fitsDouble(T)) return nullptr;

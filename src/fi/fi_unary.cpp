@@ -1,0 +1,180 @@
+// fi: the unary operations (negation, scaling by a power of two, absolute value, conjugate)
+// and the element-wise selections that keep the type (complex, max, min, and the largest or
+// smallest elements along a dimension). Each makes a new array; the operands never change.
+#include <gmp.h>
+
+#include <vector>
+
+#include "fi/fi.h"
+#include "host/messages.h"
+
+namespace corbel {
+namespace {
+
+// |x|^2 for a complex element, exactly.
+void squaredMagnitude(mpq_ptr out, const number& re, const number& im) {
+  mpq_t t;
+  mpq_init(t);
+  re.getvalue(out);
+  mpq_mul(out, out, out);
+  im.getvalue(t);
+  mpq_mul(t, t, t);
+  mpq_add(out, out, t);
+  mpq_clear(t);
+}
+
+// Whether element i of x lies strictly beyond element j of y in the direction asked for: by
+// value for real arrays, by magnitude for complex ones.
+bool beyond(const fi& x, int i, const fi& y, int j, bool larger) {
+  int c;
+  if (x.isreal() && y.isreal()) {
+    c = x.real(i) > y.real(j) ? 1 : (x.real(i) < y.real(j) ? -1 : 0);
+  } else {
+    mpq_t a, b;
+    mpq_inits(a, b, nullptr);
+    squaredMagnitude(a, x.real(i), x.imag(i));
+    squaredMagnitude(b, y.real(j), y.imag(j));
+    c = mpq_cmp(a, b);
+    mpq_clears(a, b, nullptr);
+  }
+  return larger ? c > 0 : c < 0;
+}
+
+}  // namespace
+
+std::unique_ptr<fi> fi::uminus() const {
+  auto r = std::make_unique<fi>(*this, WholeCopy);
+  r->filog_.reset();
+  if (r->mapDoubles(UnaryStep::Negate, 0)) return r;
+  const quantizer& q = getLogging() ? loggingQuantizer_ : assignQuantizer_;
+  for (int i = 0; i < r->numel_; ++i) {
+    q.quantize(r->realRef(i).negate(), r->filog_);
+    if (r->iscomplex()) q.quantize(r->imagRef(i).negate(), r->filog_);
+  }
+  return r;
+}
+
+std::unique_ptr<fi> fi::pow2(long k) const {
+  if (isSlopeBiasScaled()) raise(Msg::FiPow2BinaryPointOnly);
+  auto r = std::make_unique<fi>(*this, WholeCopy);
+  if (r->mapDoubles(UnaryStep::Pow2, k)) return r;
+  for (int i = 0; i < r->numel_; ++i) r->realRef(i).pow2(k);
+  if (r->iscomplex())
+    for (int i = 0; i < r->numel_; ++i) r->imagRef(i).pow2(k);
+  r->quantizeAll();
+  return r;
+}
+
+std::unique_ptr<fi> fi::abs() const {
+  if (iscomplex()) raise(Msg::FiAbsNoComplex);
+  if (isSlopeBiasScaled()) raise(Msg::FiAbsBinaryPointOnly);
+  auto r = std::make_unique<fi>(*this, WholeCopy);
+  r->filog_.reset();
+  if (r->mapDoubles(UnaryStep::Abs, 0)) return r;
+  const quantizer& q = getLogging() ? loggingQuantizer_ : assignQuantizer_;
+  for (int i = 0; i < r->numel_; ++i) q.quantize(r->realRef(i).abs(), r->filog_);
+  return r;
+}
+
+void fi::abs(number& out) const {
+  out.abs(real());
+}
+
+std::unique_ptr<fi> fi::conj() const {
+  auto r = std::make_unique<fi>(*this, WholeCopy);
+  if (isreal_) return r;
+  r->filog_.reset();
+  if (r->mapDoubles(UnaryStep::NegateImaginary, 0)) return r;
+  // The negated imaginary part of the most negative value saturates or wraps.
+  const quantizer& q = getLogging() ? loggingQuantizer_ : assignQuantizer_;
+  for (int i = 0; i < r->numel_; ++i) q.quantize(r->imagRef(i).negate(), r->filog_);
+  return r;
+}
+
+std::unique_ptr<fi> fi::complex(const fi& im) const {
+  if (iscomplex() || im.iscomplex()) raise(Msg::FiComplexRealPartInput);
+  if (numel_ != 1 && im.numel_ != 1) checkElementwiseSize(im);
+  const fi& shape = numel_ == 1 ? im : *this;
+  auto r = std::make_unique<fi>(shape.dims(), shape.ndims(), type_, math_, true);
+  // The imaginary values enter through this type's quantizer, as an assignment would.
+  for (int i = 0; i < r->numel_; ++i) {
+    r->realRef(i) = real(numel_ == 1 ? 0 : i);
+    r->quantizeElement(r->imagRef(i) = im.real(im.numel_ == 1 ? 0 : i));
+  }
+  return r;
+}
+
+std::unique_ptr<fi> fi::select(const fi& b, bool larger) const {
+  if (!math_.isequal(b.math_)) raise(larger ? Msg::FiMaxFimathMismatch : Msg::FiMinFimathMismatch);
+  if (!type_.isequal(b.type_))
+    raise(larger ? Msg::FiMaxNumericTypeMismatch : Msg::FiMinNumericTypeMismatch);
+  if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
+  const fi& shape = numel_ == 1 ? b : *this;
+  const bool complex = iscomplex() || b.iscomplex();
+  auto r = std::make_unique<fi>(shape.dims(), shape.ndims(), type_, math_, complex);
+  // On a tie the left operand's element is kept.
+  for (int k = 0; k < r->numel_; ++k) {
+    const int i = numel_ == 1 ? 0 : k, j = b.numel_ == 1 ? 0 : k;
+    const bool right = beyond(b, j, *this, i, larger);
+    const fi& from = right ? b : *this;
+    const int at = right ? j : i;
+    r->realRef(k) = from.real(at);
+    if (complex) r->imagRef(k) = from.imag(at);
+  }
+  return r;
+}
+
+std::unique_ptr<fi> fi::max(const fi& b) const {
+  return select(b, true);
+}
+
+std::unique_ptr<fi> fi::min(const fi& b) const {
+  return select(b, false);
+}
+
+void fi::reduceSelect(std::unique_ptr<fi>& values, HostArray& indices, int dim, bool larger) const {
+  // Along the first dimension longer than one unless told; a scalar along the first.
+  int d = dim - 1;
+  if (dim <= 0) {
+    d = 0;
+    while (d < ndims() && dims_[static_cast<size_t>(d)] == 1) ++d;
+    if (d == ndims()) d = 0;
+  }
+  std::vector<int> outDims(dims_);
+  while (static_cast<int>(outDims.size()) <= d) outDims.push_back(1);
+  const int length = outDims[static_cast<size_t>(d)];
+  int stride = 1, outer = 1;
+  for (int k = 0; k < d; ++k) stride *= outDims[static_cast<size_t>(k)];
+  for (size_t k = static_cast<size_t>(d) + 1; k < outDims.size(); ++k) outer *= outDims[k];
+  // An empty dimension stays empty; any other becomes one element long.
+  if (length != 0) outDims[static_cast<size_t>(d)] = 1;
+  values = std::make_unique<fi>(outDims.data(), static_cast<int>(outDims.size()), type_, math_,
+                                iscomplex());
+  indices = HostArray(HostClass::Double, std::vector<std::size_t>(outDims.begin(), outDims.end()));
+  auto* index = static_cast<double*>(indices.real_data());
+  if (length == 0) return;
+  for (int o = 0; o < outer; ++o) {
+    for (int s = 0; s < stride; ++s) {
+      const int first = o * stride * length + s;
+      int best = first;
+      for (int k = 1; k < length; ++k) {
+        const int at = first + k * stride;
+        if (beyond(*this, at, *this, best, larger)) best = at;  // the first of equals wins
+      }
+      const int out = o * stride + s;
+      values->realRef(out) = real(best);
+      if (iscomplex()) values->imagRef(out) = imag(best);
+      index[out] = (best - first) / stride + 1;
+    }
+  }
+}
+
+void fi::unary_max(std::unique_ptr<fi>& values, HostArray& indices, int dim) const {
+  reduceSelect(values, indices, dim, true);
+}
+
+void fi::unary_min(std::unique_ptr<fi>& values, HostArray& indices, int dim) const {
+  reduceSelect(values, indices, dim, false);
+}
+
+}  // namespace corbel
