@@ -78,8 +78,22 @@ octave_value mixed_binary(const octave_base_value& a, const octave_base_value& b
   refuse(Op, a, b);
 }
 
+// The method behind a unary operator; null when there is none.
+constexpr const char* method_of(Unary op) {
+  return op == octave_value::op_uminus ? "uminus" : nullptr;
+}
+
 template <Unary Op>
 octave_value corbel_unary(const octave_base_value& a) {
+  XoInterface* x = object_in(a);
+  if constexpr (method_of(Op) != nullptr) {
+    if (x && dispatcher::has_method(x, method_of(Op))) {
+      return guarded([&] {
+        const std::array<HostArray, 1> args{HostArray::make_object(x)};
+        return to_octave(std::move(dispatcher::invoke(method_of(Op), args, 1).at(0)));
+      });
+    }
+  }
   octave_raise(Msg::OctaveUnaryOperatorNotSupported, octave_value::unary_op_as_string(Op).c_str(),
                a.class_name().c_str());
 }

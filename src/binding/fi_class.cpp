@@ -1,7 +1,11 @@
 // The fi class ("CoreFi"): constructor signatures, instance creation from host values, and
 // the property and method tables of fi_properties.def and fi_methods.def.
-#include "binding/class_objects.h"
 #include "binding/fi_class.h"
+
+#include <cmath>
+#include <optional>
+
+#include "binding/class_objects.h"
 #include "binding/table_templates.h"
 
 namespace corbel {
@@ -118,8 +122,8 @@ class FiBinaryMethod : public XoMethodInfo {
         if constexpr (R == Report::Sum) {
           // Two casts and a sum per element when operands are cast first.
           const int operations = a.getCastBeforeSum() ? 3 * n : n;
-          fi::reportOperation(a.getsumfilog(), fi::getSumlog(), result->getfilog(), operations,
-                              n, Name.c_str());
+          fi::reportOperation(a.getsumfilog(), fi::getSumlog(), result->getfilog(), operations, n,
+                              Name.c_str());
         } else {
           fi::reportOperation(a.getproductfilog(), fi::getProductlog(), result->getfilog(), n, n,
                               Name.c_str());
@@ -128,6 +132,102 @@ class FiBinaryMethod : public XoMethodInfo {
     }
     outputs[0] = XoInterface::create(FiXoClass::getInstance(), result.release());
     *nout = 1;
+  }
+};
+
+// An integer of the int32 range held in a real numeric scalar host array, or nothing.
+std::optional<long> integerScalar(const HostArray& k) {
+  if (!k.is_numeric() || k.is_complex() || k.numel() != 1) return std::nullopt;
+  const double v = k.real_as_double(0);
+  if (!(v == std::trunc(v)) || std::fabs(v) > 2147483647.0) return std::nullopt;
+  return static_cast<long>(v);
+}
+
+XoInterface* wrapFi(std::unique_ptr<fi> f) {
+  return XoInterface::create(FiXoClass::getInstance(), f.release());
+}
+
+// (fi) -> fi; a boolean fi is refused first when the method is restricted.
+template <std::unique_ptr<fi> (fi::*Op)() const, bool Restricted = false>
+class FiUnaryMethod : public XoMethodInfo {
+ public:
+  explicit FiUnaryMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    addSignature().addArgType(self_type<FiXoClass>()).addResultType(self_type<FiXoClass>());
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    if constexpr (Restricted) checkDataTypeRule(getName().c_str(), a, DataTypeRule::NotBoolean);
+    outputs[0] = wrapFi((a.*Op)());
+    *nout = 1;
+  }
+};
+
+// pow2(A, K); the one-argument form is refused.
+class FiPow2Method : public XoMethodInfo {
+ public:
+  explicit FiPow2Method(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    addSignature().addArgType(self).addResultType(self);
+    addSignature().addArgType(self).addArgType(AnyArray::type()).addResultType(self);
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int nargs,
+                    void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    checkDataTypeRule(getName().c_str(), a, DataTypeRule::NotBoolean);
+    if (nargs < 2) raise(Msg::FiPow2NotSupported);
+    const std::optional<long> k = integerScalar(AnyArray::unbox(inputs[1]));
+    if (!k) raise(Msg::FiPow2IntegerK);
+    outputs[0] = wrapFi(a.pow2(*k));
+    *nout = 1;
+  }
+};
+
+// (fi, fi) -> fi of the operands' own type; boolean operands are refused.
+template <std::unique_ptr<fi> (fi::*Op)(const fi&) const>
+class FiStrictBinaryMethod : public XoMethodInfo {
+ public:
+  explicit FiStrictBinaryMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    addSignature().addArgType(self).addArgType(self).addResultType(self);
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    const fi& b = object_of<fi>(static_cast<XoInterface*>(inputs[1]));
+    checkDataTypeRule(getName().c_str(), a, DataTypeRule::NotBoolean);
+    checkDataTypeRule(getName().c_str(), b, DataTypeRule::NotBoolean);
+    outputs[0] = wrapFi((a.*Op)(b));
+    *nout = 1;
+  }
+};
+
+// [values, indices] = unary_max(A) or unary_max(A, DIM), and the same for the minimum.
+template <bool Larger>
+class FiExtremumMethod : public XoMethodInfo {
+ public:
+  explicit FiExtremumMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    addSignature().addArgType(self).addResultType(self).addResultType(AnyArray::type());
+    addSignature()
+        .addArgType(self)
+        .addArgType(AnyArray::type())
+        .addResultType(self)
+        .addResultType(AnyArray::type());
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int nargs,
+                    void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    int dim = 0;
+    if (nargs > 1) {
+      const std::optional<long> d = integerScalar(AnyArray::unbox(inputs[1]));
+      if (!d || *d < 1) raise(Larger ? Msg::FiMaxBadDimension : Msg::FiMinBadDimension);
+      dim = static_cast<int>(*d);
+    }
+    std::unique_ptr<fi> values;
+    HostArray indices;
+    Larger ? a.unary_max(values, indices, dim) : a.unary_min(values, indices, dim);
+    outputs[0] = wrapFi(std::move(values));
+    outputs[1] = AnyArray::box(std::move(indices));
+    *nout = 2;
   }
 };
 
@@ -161,8 +261,7 @@ void FiXoClass::fill() {
   addConstructorSignature().addArgType(any);
   addConstructorSignature().addArgType(any).addArgType(any);
   addConstructorSignature().addArgType(any).addArgType(any).addArgType(any);
-#define CORBEL_FI_PROPERTY(Part, name, ...) \
-  addProperty(std::make_unique<Fi##Part##PropInfo>(name));
+#define CORBEL_FI_PROPERTY(Part, name, ...) addProperty(std::make_unique<Fi##Part##PropInfo>(name));
 #include "binding/fi_properties.def"
 #undef CORBEL_FI_PROPERTY
 #define CORBEL_FI_METHOD(Part, name, ...) addMethod(std::make_unique<Fi##Part##MethodInfo>(name));

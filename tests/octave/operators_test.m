@@ -54,7 +54,7 @@
 %! __corbel_new__ ("fimath") + __corbel_new__ ("fimath");
 %!error id=velkora:fi:operatorNotSupported plus (a, 2)
 %!error id=velkora:fi:operatorNotSupported a / 2
-%!error id=velkora:fi:operatorNotSupported -a
+%!error id=velkora:fi:operatorNotSupported -__corbel_new__ ("fimath")
 %!error id=velkora:fi:operatorNotSupported !a
 %!error id=velkora:fi:operatorNotSupported a'
 %!error id=velkora:fi:operatorNotSupported a.'
