@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+#include <octave/parse.h>
+
 #include "corbel_object.h"
 #include "guard.h"
 #include "host/dispatcher.h"
@@ -57,11 +59,28 @@ bool class_has_method(XoInterface* object) {
   return last_answer;
 }
 
+constexpr bool is_division(Binary op) {
+  return op == octave_value::op_div || op == octave_value::op_el_div ||
+         op == octave_value::op_ldiv || op == octave_value::op_el_ldiv;
+}
+
+// The divisions, of Corbel values with each other or with built-in values, are written in the
+// M-file layer (__corbel_divide__.m), which chooses the quotient type.
+octave_value divide(Binary op, const octave_base_value& a, const octave_base_value& b) {
+  octave_value_list args;
+  args(0) = octave_value(const_cast<octave_base_value*>(&a), true);
+  args(1) = octave_value(const_cast<octave_base_value*>(&b), true);
+  args(2) = octave_value(octave_value::binary_op_as_string(op));
+  return octave::feval("__corbel_divide__", args, 1)(0);
+}
+
 template <Binary Op>
 octave_value corbel_binary(const octave_base_value& a, const octave_base_value& b) {
   XoInterface* x = object_in(a);
   XoInterface* y = object_in(b);
-  if constexpr (method_of(Op) == nullptr) {
+  if constexpr (is_division(Op)) {
+    return divide(Op, a, b);
+  } else if constexpr (method_of(Op) == nullptr) {
     refuse(Op, a, b);
   } else {
     if (!x || !y || x->getClass() != y->getClass() || !class_has_method<Op>(x)) refuse(Op, a, b);
@@ -75,6 +94,7 @@ octave_value corbel_binary(const octave_base_value& a, const octave_base_value& 
 
 template <Binary Op>
 octave_value mixed_binary(const octave_base_value& a, const octave_base_value& b) {
+  if constexpr (is_division(Op)) return divide(Op, a, b);
   refuse(Op, a, b);
 }
 

@@ -56,7 +56,21 @@ using NumericTypeIsnumerictypeMethodInfo = QueryMethod<Cls, &always_true<T>>;
 template <bool (T::*Pred)() const>
 using Predicate = QueryMethod<Cls, &logical_of<Pred, T>>;
 
-// divide(T, a, b): the quotient of two host arrays.
+// An operand of divide as a fi: the fi it refers to, or a fi holding a built-in value exactly
+// (floating and logical values in a double fi, integers in their own integer type).
+const fi& divideOperand(const HostArray& x, std::unique_ptr<fi>& made) {
+  if (XoInterface* object = x.object(); object && object->getClass() == FiXoClass::getInstance())
+    return object_of<fi>(object);
+  NumericType type(DataTypeModeEnum::Double, true, 64, 1.0, 0, 0.0);
+  const HostClass c = x.element_class();
+  if (c != HostClass::Double && c != HostClass::Single && c != HostClass::Logical)
+    type.setBestPrecision(x);
+  made = std::make_unique<fi>(x, type, fimath());
+  return *made;
+}
+
+// divide(T, a, b): the quotient a ./ b in type T, with the fimath of the first fi operand.
+// Two built-in operands need a double dividend.
 class NumericTypeDivideMethodInfo : public XoMethodInfo {
  public:
   NumericTypeDivideMethodInfo() : XoMethodInfo("divide") {
@@ -67,7 +81,26 @@ class NumericTypeDivideMethodInfo : public XoMethodInfo {
         .addResultType(AnyArray::type());
   }
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
-    outputs[0] = AnyArray::box(T::divide(AnyArray::unbox(inputs[1]), AnyArray::unbox(inputs[2])));
+    const T& type = object_of<T>(static_cast<XoInterface*>(inputs[0]));
+    const HostArray& a = AnyArray::unbox(inputs[1]);
+    const HostArray& b = AnyArray::unbox(inputs[2]);
+    if (!a.object() && !b.object() && a.element_class() != HostClass::Double)
+      raise(Msg::DivideNonDouble);
+    std::unique_ptr<fi> madeA, madeB;
+    const fi& x = divideOperand(a, madeA);
+    const fi& y = divideOperand(b, madeB);
+    // A built-in dividend divides with the divisor's fimath.
+    std::unique_ptr<fi> q;
+    if (madeA && !madeB) {
+      const fi dividend(a, x.getNumericType(), y.getFimath());
+      q = dividend.over(y, type);
+    } else {
+      q = x.over(y, type);
+    }
+    XoInterface* instance = XoInterface::create(FiXoClass::getInstance(), q.release());
+    HostArray result = HostArray::make_object(instance);
+    instance->release();  // the array holds its own reference
+    outputs[0] = AnyArray::box(std::move(result));
     *nout = 1;
   }
 };

@@ -235,6 +235,13 @@ class fi {
   // once the registers are initialized; false, changing nothing, when it does not qualify.
   bool bulkMatrixProduct(const fi& b, fi& result) const;
 
+  // ---- Division (fi_division.cpp) --------------------------------------------------------
+  // The element-wise quotient this ./ b (with scalar expansion) in a fixed-point or scaled-
+  // double quotient type with this array's fimath: each exact quotient rounded once by the
+  // quotient's quantizer; a zero divisor saturates by the dividend's sign (0/0 to the
+  // largest value) and warns once.
+  std::unique_ptr<fi> over(const fi& b, const NumericType& quotientType) const;
+
   // ---- Unary operations and selections (fi_unary.cpp) -----------------------------------
   // Each returns a new array; the operand is never changed. uminus, abs and conj quantize
   // what they change through the assignment quantizer (the logging one while logging is

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "fi/exact_values.h"
 #include "fi/fi.h"
 #include "host/messages.h"
 
@@ -36,35 +37,6 @@ unsigned long productPrecision(const NumericType& x, const NumericType& y) {
 // double arithmetic by definition.
 void widenFor(number& x, unsigned long bits, const NumericType& tx, const NumericType& ty) {
   if (tx.isFixed() && ty.isFixed()) x.setprecision(bits, false);
-}
-
-// RAII rationals and integers for the slope-bias paths.
-struct Rational {
-  mpq_t v;
-  Rational() { mpq_init(v); }
-  explicit Rational(double d) {
-    mpq_init(v);
-    mpq_set_d(v, d);
-  }
-  ~Rational() { mpq_clear(v); }
-  Rational(const Rational&) = delete;
-  Rational& operator=(const Rational&) = delete;
-};
-struct Integer {
-  mpz_t v;
-  Integer() { mpz_init(v); }
-  ~Integer() { mpz_clear(v); }
-  Integer(const Integer&) = delete;
-  Integer& operator=(const Integer&) = delete;
-};
-
-// The real-world value of an element of a fi of type t, exactly: bias + factor * element.
-void realWorld(mpq_ptr out, const number& element, const NumericType& t) {
-  element.getvalue(out);
-  const Rational factor(t.getSlopeAdjustmentFactor());
-  const Rational bias(t.getBias());
-  mpq_mul(out, out, factor.v);
-  mpq_add(out, out, bias.v);
 }
 
 // Sets x to a stand-in for the rational q that every rounding to the grid 2^exponent

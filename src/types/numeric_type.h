@@ -132,8 +132,6 @@ class NumericType {
   static double largestMagnitude(const HostArray& data);
   // Best-precision scaling for host data (binary point; integer classes set the type).
   void setBestPrecision(const HostArray& data);
-  // Division of host arrays; the dividend must be double.
-  static HostArray divide(const HostArray& a, const HostArray& b);
 
  private:
   // Refuses a setting: the generic warning with the property and the forbidding modes.

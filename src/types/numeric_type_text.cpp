@@ -183,14 +183,4 @@ void NumericType::setBestPrecision(const HostArray& data) {
   setFixedPointProps(t.issigned, t.wordLength, 1.0, 0, 0.0);
 }
 
-HostArray NumericType::divide(const HostArray& a, const HostArray& b) {
-  if (a.element_class() != HostClass::Double) raise(Msg::DivideNonDouble);
-  // Element-wise double quotient, the divisor expanded when scalar.
-  if (b.numel() != 1 && b.numel() != a.numel()) raise(Msg::DivideSizeMismatch);
-  HostArray q = HostArray::make_double_matrix(a.rows(), a.cols());
-  for (std::size_t k = 0; k < a.numel(); ++k)
-    q.real<double>()[k] = a.real_as_double(k) / b.real_as_double(b.numel() == 1 ? 0 : k);
-  return q;
-}
-
 }  // namespace corbel

@@ -265,14 +265,5 @@ TEST_F(NumericTypeTest, EquivalentHostClass) {
       std::nullopt);
 }
 
-// Best precision and the text forms have their own files; the division entry check is here.
-TEST_F(NumericTypeTest, DivideTakesOnlyDoubleDividends) {
-  for (const HostArray& a :
-       {HostArray::make_text("a"), HostArray::make_numeric(HostClass::Int8, {1, 1})})
-    expect_error([&] { NumericType::divide(a, HostArray::make_double(1)); },
-                 "velkora:fi:divide:nonondouble",
-                 "Fixed-point DIVIDE not supported for (builtin non-double)/(builtin non-double).");
-}
-
 }  // namespace
 }  // namespace corbel
