@@ -147,8 +147,18 @@ XoInterface* wrapFi(std::unique_ptr<fi> f) {
   return XoInterface::create(FiXoClass::getInstance(), f.release());
 }
 
-// (fi) -> fi; a boolean fi is refused first when the method is restricted.
-template <std::unique_ptr<fi> (fi::*Op)() const, bool Restricted = false>
+// The data-type restriction a method checks first, if any.
+enum class Restriction { None, NotBoolean, FixedOnly };
+template <Restriction R>
+void checkRestriction(const XoMethodInfo& method, const fi& f) {
+  if constexpr (R != Restriction::None)
+    checkDataTypeRule(
+        method.getName().c_str(), f,
+        R == Restriction::FixedOnly ? DataTypeRule::FixedOnly : DataTypeRule::NotBoolean);
+}
+
+// (fi) -> fi.
+template <std::unique_ptr<fi> (fi::*Op)() const, Restriction R = Restriction::None>
 class FiUnaryMethod : public XoMethodInfo {
  public:
   explicit FiUnaryMethod(std::string name) : XoMethodInfo(std::move(name)) {
@@ -156,7 +166,7 @@ class FiUnaryMethod : public XoMethodInfo {
   }
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
     const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
-    if constexpr (Restricted) checkDataTypeRule(getName().c_str(), a, DataTypeRule::NotBoolean);
+    checkRestriction<R>(*this, a);
     outputs[0] = wrapFi((a.*Op)());
     *nout = 1;
   }
@@ -173,7 +183,7 @@ class FiPow2Method : public XoMethodInfo {
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int nargs,
                     void** inputs) override {
     const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
-    checkDataTypeRule(getName().c_str(), a, DataTypeRule::NotBoolean);
+    checkRestriction<Restriction::NotBoolean>(*this, a);
     if (nargs < 2) raise(Msg::FiPow2NotSupported);
     const std::optional<long> k = integerScalar(AnyArray::unbox(inputs[1]));
     if (!k) raise(Msg::FiPow2IntegerK);
@@ -182,8 +192,8 @@ class FiPow2Method : public XoMethodInfo {
   }
 };
 
-// (fi, fi) -> fi of the operands' own type; boolean operands are refused.
-template <std::unique_ptr<fi> (fi::*Op)(const fi&) const>
+// (fi, fi) -> fi of the operands' own type, both operands restricted.
+template <std::unique_ptr<fi> (fi::*Op)(const fi&) const, Restriction R>
 class FiStrictBinaryMethod : public XoMethodInfo {
  public:
   explicit FiStrictBinaryMethod(std::string name) : XoMethodInfo(std::move(name)) {
@@ -193,9 +203,67 @@ class FiStrictBinaryMethod : public XoMethodInfo {
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
     const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
     const fi& b = object_of<fi>(static_cast<XoInterface*>(inputs[1]));
-    checkDataTypeRule(getName().c_str(), a, DataTypeRule::NotBoolean);
-    checkDataTypeRule(getName().c_str(), b, DataTypeRule::NotBoolean);
+    checkRestriction<R>(*this, a);
+    checkRestriction<R>(*this, b);
     outputs[0] = wrapFi((a.*Op)(b));
+    *nout = 1;
+  }
+};
+
+// bitshift(A, K), K checked in order: built-in numeric, scalar, real, integer.
+class FiBitshiftMethod : public XoMethodInfo {
+ public:
+  explicit FiBitshiftMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    addSignature().addArgType(self).addArgType(AnyArray::type()).addResultType(self);
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    checkRestriction<Restriction::FixedOnly>(*this, a);
+    const HostArray& k = AnyArray::unbox(inputs[1]);
+    if (!k.is_numeric()) raise(Msg::FiBitshiftNotBuiltinNumeric);
+    if (k.numel() != 1) raise(Msg::FiBitshiftNotScalar);
+    if (k.is_complex()) raise(Msg::FiBitshiftNotReal);
+    const std::optional<long> shift = integerScalar(k);
+    if (!shift) raise(Msg::FiBitshiftNotInteger);
+    outputs[0] = wrapFi(a.bitshift(*shift));
+    *nout = 1;
+  }
+};
+
+// bitget(A, positions) -> uint8 host array.
+class FiBitgetMethod : public XoMethodInfo {
+ public:
+  explicit FiBitgetMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    addSignature()
+        .addArgType(self_type<FiXoClass>())
+        .addArgType(AnyArray::type())
+        .addResultType(AnyArray::type());
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    checkRestriction<Restriction::FixedOnly>(*this, a);
+    outputs[0] = AnyArray::box(a.bitget(AnyArray::unbox(inputs[1])));
+    *nout = 1;
+  }
+};
+
+// bitset(A, positions) and bitset(A, positions, values).
+class FiBitsetMethod : public XoMethodInfo {
+ public:
+  explicit FiBitsetMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    XoDataType* any = AnyArray::type();
+    addSignature().addArgType(self).addArgType(any).addResultType(self);
+    addSignature().addArgType(self).addArgType(any).addArgType(any).addResultType(self);
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int nargs,
+                    void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    checkRestriction<Restriction::FixedOnly>(*this, a);
+    const HostArray& positions = AnyArray::unbox(inputs[1]);
+    outputs[0] =
+        wrapFi(nargs > 2 ? a.bitset(positions, AnyArray::unbox(inputs[2])) : a.bitset(positions));
     *nout = 1;
   }
 };

@@ -235,6 +235,24 @@ class fi {
   // once the registers are initialized; false, changing nothing, when it does not qualify.
   bool bulkMatrixProduct(const fi& b, fi& result) const;
 
+  // ---- Bit operations on stored integers (fi_bits.cpp) -----------------------------------
+  // Each returns a new array (bitget a host uint8 array); the operand is never changed.
+  // bitand, bitor and bitxor need one numeric type and expand a scalar operand; bitget and
+  // bitset take positions 1 .. WordLength of any numeric class (truncated toward zero), a
+  // scalar on either side going with every element of the other; bitset's one-argument form
+  // sets the bits to 1, and a bit value is 1 when nonzero. bitshift shifts by k (left for
+  // k > 0) and quantizes again, so bits shifted out saturate or wrap.
+  enum class BitOp { And, Or, Xor };
+  std::unique_ptr<fi> bitcmp() const;
+  std::unique_ptr<fi> bitandorxor(const fi& b, BitOp op, const char* name) const;
+  std::unique_ptr<fi> fibitand(const fi& b) const;
+  std::unique_ptr<fi> fibitor(const fi& b) const;
+  std::unique_ptr<fi> bitxor(const fi& b) const;
+  HostArray bitget(const HostArray& positions) const;
+  std::unique_ptr<fi> bitset(const HostArray& positions) const;
+  std::unique_ptr<fi> bitset(const HostArray& positions, const HostArray& values) const;
+  std::unique_ptr<fi> bitshift(long k) const;
+
   // ---- Division (fi_division.cpp) --------------------------------------------------------
   // The element-wise quotient this ./ b (with scalar expansion) in a fixed-point or scaled-
   // double quotient type with this array's fimath: each exact quotient rounded once by the

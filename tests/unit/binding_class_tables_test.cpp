@@ -76,7 +76,8 @@ TEST_F(BindingTables, FiNamesInOrder) {
       "disp", "numberofelements", "isfi", "isfixed", "isfloat", "isdouble", "isscaleddouble",
       "issingle", "isboolean", "isscaledtype", "isempty", "isscalar", "iscolumn", "isrow",
       "isvector", "isreal", "maxlog", "minlog", "noverflows", "nunderflows", "noperations",
-      "nmathoperations", "numerictype", "fimath", "data", "double", "uminus", "conj", "pow2", "plus", "minus",
+      "nmathoperations", "numerictype", "fimath", "data", "double", "uminus", "conj", "pow2", "bitshift", "bitcmp", "bitand", "bitor", "bitxor", "bitget",
+      "bitset", "plus", "minus",
       "times", "mtimes", "binaryop_complex", "binary_max", "binary_min", "unary_max",
       "unary_min", "displaygloballog", "resetgloballog", "resetlogging", "resetlog", "abs",
       "set"};

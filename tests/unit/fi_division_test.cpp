@@ -77,8 +77,9 @@ TEST(FiDivision, QuotientsAreRoundedOnceIntoTheQuotientType) {
       ASSERT_TRUE(same(got[static_cast<size_t>(2 * k + 1)], im)) << trial << " " << k << " " << im;
     }
     const Warnings expected =
-        anyZero ? Warnings{{"fi:divideByZero", "Division by zero occurred. Quotient was saturated."}}
-                : Warnings{};
+        anyZero
+            ? Warnings{{"fi:divideByZero", "Division by zero occurred. Quotient was saturated."}}
+            : Warnings{};
     ASSERT_EQ(host.take_warnings(), expected);
     zeroDivisors += anyZero;
   }

@@ -1,0 +1,36 @@
+## The bit functions on stored integers as a user types them, with their errors.
+
+%!test
+%! a = fi (5, 1, 8, 0);
+%! assert (bitget (a, 1:8), uint8 ([1 0 1 0 0 0 0 0]));
+%! assert (double (bitshift (a, 2)), 20);
+%! assert (double (bitshift (fi (-3, 1, 8, 0), -1)), -1);     % -1.5 rounds (nearest) to -1
+%! assert (double (bitshift (fi (100, 1, 8, 0, "OverflowMode", "wrap"), 1)), -56);
+%! assert (double (bitcmp (a)), -6);
+%! assert (double (bitcmp (fi (5, 0, 8, 0))), 250);
+%! b = fi ([3 6], 1, 8, 0);
+%! assert (double (bitand (b, fi (5, 1, 8, 0))), [1 4]);
+%! assert (double (bitor (b, fi (5, 1, 8, 0))), [7 7]);
+%! assert (double (bitxor (b, fi (5, 1, 8, 0))), [6 3]);
+%! assert (double (bitset (a, 2)), 7);
+%! assert (double (bitset (a, [1 3], [0 0])), [4 1]);  % scalar fi: one result per position
+%! assert (double (bitset (b, 8, 1)), [-125 -122]);
+%! assert (double (a), 5);
+
+%!test
+%! w = fi (-1, 1, 100, 0);                              % 100-bit words
+%! assert (bitget (w, [1 100]), uint8 ([1 1]));
+%! assert (double (bitcmp (w)), 0);
+%! s = fi (1, 1, 8, 1.5, 0.25);                         % slope-bias scaling stays
+%! t = bitshift (s, 1);
+%! assert ({t.Slope, t.Bias}, {1.5, 0.25});
+
+%!error id=velkora:fi:bitshift:notbuiltinnumeric bitshift (fi (1, 1, 8, 0), "a")
+%!error id=velkora:fi:bitshift:notscalar bitshift (fi (1, 1, 8, 0), [1 2])
+%!error id=velkora:fi:bitshift:notreal bitshift (fi (1, 1, 8, 0), 1i)
+%!error id=velkora:fi:bitshift:inputsMustBeIntegers bitshift (fi (1, 1, 8, 0), 1.5)
+%!error id=velkora:fi:bitshift:double:notallowed bitshift (fi (1, "DataType", "double"), 1)
+%!error id=velkora:fi:bitget:BITOutOfRange bitget (fi (1, 1, 8, 0), 9)
+%!error id=velkora:fi:bitget:BITOutOfRange bitget (fi (1, 1, 8, 0), 0)
+%!error id=velkora:fi:bitAndXorOr:mixedNumericTypes bitand (fi (1, 1, 8, 0), fi (1, 1, 9, 0))
+%!error id=velkora:fi:bitSet:ArgSizeMismatch bitset (fi (1, 1, 8, 0), [1 2], [1 1 1])
