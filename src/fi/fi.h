@@ -253,6 +253,18 @@ class fi {
   std::unique_ptr<fi> bitset(const HostArray& positions, const HostArray& values) const;
   std::unique_ptr<fi> bitshift(long k) const;
 
+  // ---- Limits of the type (fi_bounds.cpp) -----------------------------------------------
+  // 1x1 arrays of this type and fimath: the largest value, the smallest positive one, the
+  // value of the least significant bit, and the lower and upper bounds; intmax and intmin
+  // hold the largest and smallest stored integer in a type of fraction length 0.
+  std::unique_ptr<fi> realmax() const;
+  std::unique_ptr<fi> realmin() const;
+  std::unique_ptr<fi> fieps() const;
+  std::unique_ptr<fi> lowerbound() const;
+  std::unique_ptr<fi> upperbound() const;
+  std::unique_ptr<fi> intmax() const;
+  std::unique_ptr<fi> intmin() const;
+
   // ---- Division (fi_division.cpp) --------------------------------------------------------
   // The element-wise quotient this ./ b (with scalar expansion) in a fixed-point or scaled-
   // double quotient type with this array's fimath: each exact quotient rounded once by the
@@ -400,6 +412,8 @@ class fi {
   std::unique_ptr<fi> wideSum(const fi& b, const NumericType& T, bool subtract) const;
   std::unique_ptr<fi> wideProduct(const fi& b, const NumericType& P) const;
 
+  std::unique_ptr<fi> limit(int which) const;
+  std::unique_ptr<fi> intlimit(bool largest) const;
   std::unique_ptr<fi> select(const fi& b, bool larger) const;
   void reduceSelect(std::unique_ptr<fi>& values, HostArray& indices, int dim, bool larger) const;
   // What the unary whole-array path does to each element before quantizing it.

@@ -49,3 +49,13 @@
 %!error id=velkora:fi:max:badDimension max (fi (1, 1, 8, 4), [], 0)
 %!error id=velkora:fi:uminus:boolean:notallowed -fi (1, "DataType", "boolean")
 %!error id=Octave:invalid-fun-call max (fi (1, 1, 8, 4), [1 2], 1)
+
+## The limits of a type, as fi values of that type.
+%!test
+%! a = fi (0.5, 1, 8, 4);
+%! limits = cellfun (@(f) double (f (a)), {@realmax, @realmin, @eps, @lowerbound, @upperbound});
+%! assert (limits, [127/16, 1/16, 1/16, -8, 127/16]);
+%! assert ({double(intmax (a)), double(intmin (a))}, {127, -128});
+%! assert (double (intmax (fi (1, 0, 8, 4))), 255);
+%! assert (double (upperbound (fi (1, 1, 8, 1.5, 0.25))), 0.25 + 1.5 * 127);
+%! assert (intmax (a).FractionLength, 0);
