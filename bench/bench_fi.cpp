@@ -260,6 +260,52 @@ void BM_dx_fi(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(a.times(b));
 }
 
+// ---- shift, div: bitshift(a, -3) of s16,15 (10^6) and a ./ b in s16,15 (10^5) -------------
+
+// floor(x / 8 + 1/2): nearest, halves up; a right shift cannot overflow.
+void BM_shift_plain_loop(benchmark::State& state) {
+  const auto a = storedIntegers(va());
+  std::vector<std::int16_t> out(kN);
+  for (auto _ : state) {
+    for (int i = 0; i < kN; ++i) out[i] = static_cast<std::int16_t>((a[i] + 4) >> 3);
+    benchmark::DoNotOptimize(out.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_shift_fi(benchmark::State& state) {
+  const fi a = makeArray(va(), 1, kN, 16, 15);
+  for (auto _ : state) benchmark::DoNotOptimize(a.bitshift(-3));
+}
+
+// round(a * 2^15 / b), halves up, saturated into s16,15; a zero divisor saturates by sign.
+void BM_div_plain_loop(benchmark::State& state) {
+  const auto a = storedIntegers(va()), b = storedIntegers(vb());
+  std::vector<std::int16_t> out(kWideN);
+  for (auto _ : state) {
+    for (int i = 0; i < kWideN; ++i) {
+      // floor((2 a 2^15 + b) / (2 b)), the divisor made positive.
+      std::int64_t n = 2 * (static_cast<std::int64_t>(a[i]) << 15) + b[i],
+                   d = 2 * std::int64_t{b[i]};
+      if (d == 0) {
+        out[i] = a[i] < 0 ? -32768 : 32767;
+        continue;
+      }
+      if (d < 0) n = -n, d = -d;
+      const std::int64_t q = n >= 0 ? n / d : -((-n + d - 1) / d);
+      out[i] = static_cast<std::int16_t>(saturate<std::int64_t>(q, -32768, 32767));
+    }
+    benchmark::DoNotOptimize(out.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_div_fi(benchmark::State& state) {
+  const fi a = makeArray(wideValues(va()), 1, kWideN, 16, 15);
+  const fi b = makeArray(wideValues(vb()), 1, kWideN, 16, 15);
+  for (auto _ : state) benchmark::DoNotOptimize(a.over(b, a.getNumericType()));
+}
+
 // ---- e: 64x64 by 64x64 ----------------------------------------------------------------------
 
 // Products of 31 bits accumulated in 38 (64 terms), saturated to the accumulator.
@@ -315,6 +361,10 @@ BENCHMARK(BM_dplus_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_dplus_fi)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_dx_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_dx_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_shift_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_shift_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_div_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_div_fi)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_e_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_e_plain_avx2)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_e_fi)->Unit(benchmark::kMillisecond);
@@ -348,9 +398,9 @@ int main(int argc, char** argv) {
   // Grouped by the task after "BM_"; the plain loop of each task is its baseline.
   bench::RatioReporter reporter("element", [](const std::string& name) {
     const std::string task = name.substr(3, name.find('_', 3) - 3);
-    const double items = task == "e"                         ? double(kM) * kM * kM
-                         : (task == "dplus" || task == "dx") ? double(kWideN)
-                                                             : double(kN);
+    const double items = task == "e"                                          ? double(kM) * kM * kM
+                         : (task == "dplus" || task == "dx" || task == "div") ? double(kWideN)
+                                                                              : double(kN);
     return bench::Placement{name, task, name.find("plain_loop") != std::string::npos, items};
   });
   return bench::runWithRatios(argc, argv, reporter);

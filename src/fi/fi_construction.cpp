@@ -2,7 +2,9 @@
 // operand checks every arithmetic operation makes.
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
+#include "fi/element_kernels.h"
 #include "fi/element_storage.h"
 #include "fi/fi.h"
 #include "fi/wide_elements.h"
@@ -216,11 +218,19 @@ fi::fi(const fi& source, CopyMode mode) {
     wide_ = std::make_unique<WideElements>(*source.wide_);
   } else {
     allocate(source.iscomplex());
-    // Copies share the number bodies until either side changes an element.
-    for (int i = 0; i < numel_; ++i) {
-      realData_[i] = source.real(i);
-      if (!isreal_) (*imagSlot_)[i] = source.imag(i);
-    }
+    // Copies share the number bodies until either side changes an element; a part of
+    // inline doubles is copied as the doubles it is.
+    const auto copyPart = [&](number* to, const number* from) {
+      const std::size_t n = shared_->elements;
+      if (from == nullptr) return;  // an alias's dropped imaginary part: zeros
+      if (kernels::alldoubles(from, n)) {
+        std::memcpy(static_cast<void*>(to), from, n * sizeof(number));
+        return;
+      }
+      for (std::size_t i = 0; i < n; ++i) to[i] = from[i];
+    };
+    copyPart(realData_, &source.real(0));
+    if (!isreal_) copyPart(*imagSlot_, *source.imagSlot_);
   }
   if (source.sumRegister_) sumRegister_ = std::make_unique<fi>(*source.sumRegister_, WholeCopy);
   if (source.productRegister_)
