@@ -412,6 +412,9 @@ class fi {
   std::unique_ptr<fi> wideSum(const fi& b, const NumericType& T, bool subtract) const;
   std::unique_ptr<fi> wideProduct(const fi& b, const NumericType& P) const;
 
+  // over on double-backed binary-point arrays, in integer arithmetic; null when it does not
+  // apply or a zero of the element path's own sign would arise.
+  std::unique_ptr<fi> bulkQuotient(const fi& b, const NumericType& T) const;
   std::unique_ptr<fi> limit(int which) const;
   std::unique_ptr<fi> intlimit(bool largest) const;
   std::unique_ptr<fi> select(const fi& b, bool larger) const;
