@@ -60,6 +60,25 @@ void setMinlogOf(fi& f, double v) {
   f.getfilog().setMin(number(v));
 }
 
+// The radix text properties and methods: "bin", "oct", "dec" and "hex" by their radix.
+constexpr const char* radixName(int radix) {
+  return radix == 2 ? "bin" : radix == 8 ? "oct" : radix == 10 ? "dec" : "hex";
+}
+template <int Radix>
+HostArray radixTextOf(const fi& f) {
+  f.errorIfScaledDouble(radixName(Radix));
+  return f.radixText(Radix);
+}
+template <int Radix>
+void setRadixText(fi& f, const HostArray& text) {
+  f.errorIfScaledDouble(radixName(Radix));
+  f.base2num(text, Radix);
+}
+HostArray signedDecimalOf(const fi& f) {
+  f.errorIfScaledDouble("sdec");
+  return f.radixText(10, true);
+}
+
 // ---- Method operations ------------------------------------------------------------------
 
 template <bool (NumericType::*Pred)() const>
@@ -264,6 +283,53 @@ class FiBitsetMethod : public XoMethodInfo {
     const HostArray& positions = AnyArray::unbox(inputs[1]);
     outputs[0] =
         wrapFi(nargs > 2 ? a.bitset(positions, AnyArray::unbox(inputs[2])) : a.bitset(positions));
+    *nout = 1;
+  }
+};
+
+// The radix of num2base and base2num: 2, 8, 10 or 16.
+int radixOf(const HostArray& r) {
+  const std::optional<long> radix = integerScalar(r);
+  if (!radix || (*radix != 2 && *radix != 8 && *radix != 10 && *radix != 16))
+    raise(Msg::FiBadRadix);
+  return static_cast<int>(*radix);
+}
+
+// num2base(A, radix) -> text.
+class FiNum2BaseMethod : public XoMethodInfo {
+ public:
+  explicit FiNum2BaseMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    addSignature()
+        .addArgType(self_type<FiXoClass>())
+        .addArgType(AnyArray::type())
+        .addResultType(AnyArray::type());
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    checkRestriction<Restriction::FixedOnly>(*this, a);
+    outputs[0] = AnyArray::box(a.radixText(radixOf(AnyArray::unbox(inputs[1]))));
+    *nout = 1;
+  }
+};
+
+// base2num(A, text, radix) -> a fi of A's type and shape holding the text's stored integers.
+class FiBase2NumMethod : public XoMethodInfo {
+ public:
+  explicit FiBase2NumMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* any = AnyArray::type();
+    addSignature()
+        .addArgType(self_type<FiXoClass>())
+        .addArgType(any)
+        .addArgType(any)
+        .addResultType(self_type<FiXoClass>());
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    checkRestriction<Restriction::FixedOnly>(*this, a);
+    const int radix = radixOf(AnyArray::unbox(inputs[2]));
+    auto r = std::make_unique<fi>(a, fi::WholeCopy);
+    r->base2num(AnyArray::unbox(inputs[1]), radix);
+    outputs[0] = wrapFi(std::move(r));
     *nout = 1;
   }
 };

@@ -253,6 +253,16 @@ class fi {
   std::unique_ptr<fi> bitset(const HostArray& positions, const HostArray& values) const;
   std::unique_ptr<fi> bitshift(long k) const;
 
+  // ---- Radix text of the stored integers (fi_text.cpp) -----------------------------------
+  // A char matrix: one row per element row (the real parts' rows, then the imaginary
+  // parts'), each element's W-bit pattern in radix 2, 8, 10 or 16 at one width, or with
+  // isSigned the stored integers as signed decimals; the elements of a row two spaces apart.
+  HostArray radixText(int radix, bool isSigned = false) const;
+  // Sets every element from such text (any spacing): one number per part of every element,
+  // each a pattern of at most W bits in the radix, or in radix 10 also a negative stored
+  // integer of a signed type. Nothing changes when any number is refused.
+  void base2num(const HostArray& text, int radix);
+
   // ---- Limits of the type (fi_bounds.cpp) -----------------------------------------------
   // 1x1 arrays of this type and fimath: the largest value, the smallest positive one, the
   // value of the least significant bit, and the lower and upper bounds; intmax and intmin

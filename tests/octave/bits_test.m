@@ -34,3 +34,23 @@
 %!error id=velkora:fi:bitget:BITOutOfRange bitget (fi (1, 1, 8, 0), 0)
 %!error id=velkora:fi:bitAndXorOr:mixedNumericTypes bitand (fi (1, 1, 8, 0), fi (1, 1, 9, 0))
 %!error id=velkora:fi:bitSet:ArgSizeMismatch bitset (fi (1, 1, 8, 0), [1 2], [1 1 1])
+
+## Radix text of the stored integers, and setting them from text.
+%!test
+%! a = fi ([1 5; -1 -8], 1, 4, 0);
+%! assert (bin (a), ["0001  0101"; "1111  1000"]);
+%! assert (hex (a), ["1  5"; "f  8"]);
+%! assert (sdec (a), [" 1   5"; "-1  -8"]);
+%! assert (num2base (a, 8), ["01  05"; "17  10"]);
+%! a.hex = "7 f 8 0";
+%! assert (double (a), [7 -1; -8 0]);
+%! a.bin = ["0101  0011"; "0000  1111"];
+%! assert (double (a), [5 3; 0 -1]);
+%! w = fi (-1, 1, 200, 0);
+%! assert (hex (w), repmat ("f", 1, 50));
+%! w.hex = ["8" repmat("0", 1, 49)];
+%! assert (double (w), -2^199);
+%! b = base2num (fi (0, 1, 8, 4), "ff", 16);
+%! assert (double (b), -1/16);
+%!error id=velkora:fi:base2num:badDigits x = fi (1, 1, 8, 0); x.bin = "012";
+%!error id=velkora:fi:num2base:badRadix num2base (fi (1, 1, 8, 0), 3)
