@@ -186,8 +186,10 @@ template <class Cls>
 class QuantizeMethod : public XoMethodInfo {
  public:
   explicit QuantizeMethod(std::string name) : XoMethodInfo(std::move(name)) {
-    addSignature().addArgType(self_type<Cls>()).addArgType(AnyArray::type()).addResultType(
-        AnyArray::type());
+    addSignature()
+        .addArgType(self_type<Cls>())
+        .addArgType(AnyArray::type())
+        .addResultType(AnyArray::type());
   }
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
     const Q& q = object_of<Q>(static_cast<XoInterface*>(inputs[0]));
@@ -196,12 +198,78 @@ class QuantizeMethod : public XoMethodInfo {
   }
 };
 
+// The fixed-point type and fimath of a fixed or ufixed quantizer, for its radix text; other
+// modes have no stored integers to write.
+std::pair<NumericType, fimath> textFormat(const Q& q, Msg notDefined) {
+  if (q.getMode() != quantizer::Fixed && q.getMode() != quantizer::Ufixed) raise(notDefined);
+  fimath math;
+  math.setRoundMode(q.getRoundMode());
+  math.setOverflowMode(q.getOverflowMode());
+  return {NumericType(q.getMode() == quantizer::Fixed, static_cast<int>(q.getWordlength()),
+                      static_cast<int>(q.getFractionlength())),
+          math};
+}
+
+int textRadix(const HostArray& r) {
+  const double v = r.is_numeric() && r.numel() == 1 && !r.is_complex() ? r.real_as_double(0) : 0;
+  if (v != 2 && v != 8 && v != 10 && v != 16) raise(Msg::FiBadRadix);
+  return static_cast<int>(v);
+}
+
+// num2base(q, x, radix): the values quantized onto the grid (without logging), as the radix
+// text of their stored integers.
+template <class Cls>
+class QuantizerNum2BaseMethod : public XoMethodInfo {
+ public:
+  QuantizerNum2BaseMethod() : XoMethodInfo("num2base") {
+    addSignature()
+        .addArgType(self_type<Cls>())
+        .addArgType(AnyArray::type())
+        .addArgType(AnyArray::type())
+        .addResultType(AnyArray::type());
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const auto [type, math] = textFormat(object_of<Q>(static_cast<XoInterface*>(inputs[0])),
+                                         Msg::QuantizerNum2baseNotDefined);
+    const int radix = textRadix(AnyArray::unbox(inputs[2]));
+    const fi values(AnyArray::unbox(inputs[1]), type, math);
+    outputs[0] = AnyArray::box(values.radixText(radix));
+    *nout = 1;
+  }
+};
+
+// base2num(q, text, radix): the values of the text's stored integers, a column of doubles in
+// the order of the text.
+template <class Cls>
+class QuantizerBase2NumMethod : public XoMethodInfo {
+ public:
+  QuantizerBase2NumMethod() : XoMethodInfo("base2num") {
+    addSignature()
+        .addArgType(self_type<Cls>())
+        .addArgType(AnyArray::type())
+        .addArgType(AnyArray::type())
+        .addResultType(AnyArray::type());
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const auto [type, math] = textFormat(object_of<Q>(static_cast<XoInterface*>(inputs[0])),
+                                         Msg::QuantizerBase2numNotDefined);
+    const HostArray& text = AnyArray::unbox(inputs[1]);
+    const int radix = textRadix(AnyArray::unbox(inputs[2]));
+    fi values(fi::radixTextCount(text), 1, type, math, false);
+    values.base2num(text, radix);
+    outputs[0] = AnyArray::box(values.toHostDouble());
+    *nout = 1;
+  }
+};
+
 template <class Cls>
 class QuantizerIsequalMethod : public XoMethodInfo {
  public:
   QuantizerIsequalMethod() : XoMethodInfo("isequal") {
-    addSignature().addArgType(self_type<Cls>()).addArgType(self_type<Cls>()).addResultType(
-        AnyArray::type());
+    addSignature()
+        .addArgType(self_type<Cls>())
+        .addArgType(self_type<Cls>())
+        .addResultType(AnyArray::type());
   }
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
     const Q& a = object_of<Q>(static_cast<XoInterface*>(inputs[0]));
@@ -234,8 +302,8 @@ void applyMode(Q& q, void** args, int nargs) {
 
 // fixed, floor, saturate, [16 15]: the everyday quantizer.
 std::unique_ptr<Q> defaultQuantizer() {
-  return std::make_unique<Q>(quantizer::Fixed, RoundModeEnum::Floor, OverflowModeEnum::Saturate,
-                             16, 15);
+  return std::make_unique<Q>(quantizer::Fixed, RoundModeEnum::Floor, OverflowModeEnum::Saturate, 16,
+                             15);
 }
 
 // ---- The quantization log ---------------------------------------------------------------
@@ -290,6 +358,8 @@ void ModelessQuantizerXoClass::fill() {
   addMethod(std::make_unique<ActionMethod<Self, &resetLog>>("resetlogging"));
   addMethod(std::make_unique<QuantizeMethod<Self>>("quantize"));
   addMethod(std::make_unique<QuantizeMethod<Self>>("quantizenumeric"));
+  addMethod(std::make_unique<QuantizerNum2BaseMethod<Self>>());
+  addMethod(std::make_unique<QuantizerBase2NumMethod<Self>>());
   addMethod(std::make_unique<QueryMethod<Self, &always_true<Q>>>("isquantizer"));
   addMethod(std::make_unique<QuantizerIsequalMethod<Self>>());
 }
@@ -340,10 +410,10 @@ void QloggerXoClass::fill() {
   addProperty(std::make_unique<TableProp<L, Double, &qlogMin, &setQlogMin>>("Min"));
   addProperty(
       std::make_unique<TableProp<L, Int32, &L::getNoverflows, &L::setNoverflows>>("NOverflows"));
-  addProperty(std::make_unique<TableProp<L, Int32, &L::getNunderflows, &L::setNunderflows>>(
-      "NUnderflows"));
-  addProperty(std::make_unique<TableProp<L, Int32, &L::getNoperations, &L::setNoperations>>(
-      "NOperations"));
+  addProperty(
+      std::make_unique<TableProp<L, Int32, &L::getNunderflows, &L::setNunderflows>>("NUnderflows"));
+  addProperty(
+      std::make_unique<TableProp<L, Int32, &L::getNoperations, &L::setNoperations>>("NOperations"));
 }
 
 std::unique_ptr<qlogger> QloggerXoClass::build(void**, int) {

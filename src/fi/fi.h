@@ -262,6 +262,8 @@ class fi {
   // each a pattern of at most W bits in the radix, or in radix 10 also a negative stored
   // integer of a signed type. Nothing changes when any number is refused.
   void base2num(const HostArray& text, int radix);
+  // How many numbers such text holds.
+  static int radixTextCount(const HostArray& text);
 
   // ---- Limits of the type (fi_bounds.cpp) -----------------------------------------------
   // 1x1 arrays of this type and fimath: the largest value, the smallest positive one, the

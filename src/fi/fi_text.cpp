@@ -124,6 +124,11 @@ HostArray fi::radixText(int radix, bool isSigned) const {
   return charMatrix(rows);
 }
 
+int fi::radixTextCount(const HostArray& text) {
+  if (text.element_class() != HostClass::Char) raise(Msg::FiRadixTextNotText);
+  return static_cast<int>(words(text).size());
+}
+
 void fi::base2num(const HostArray& text, int radix) {
   if (!type_.isFixed()) raise(Msg::FiFixedOnly);
   if (text.element_class() != HostClass::Char) raise(Msg::FiRadixTextNotText);

@@ -54,3 +54,12 @@
 %! assert (double (b), -1/16);
 %!error id=velkora:fi:base2num:badDigits x = fi (1, 1, 8, 0); x.bin = "012";
 %!error id=velkora:fi:num2base:badRadix num2base (fi (1, 1, 8, 0), 3)
+
+## The quantizer's text of values on its grid.
+%!test
+%! q = quantizer ("fixed", "nearest", "saturate", [8 4]);
+%! assert (num2bin (q, [0.5 -0.25]), "00001000  11111100");
+%! assert (num2hex (q, 100), "7f");                       % saturated
+%! assert (bin2num (q, ["00001000"; "11111100"]), [0.5; -0.25]);
+%! assert (hex2num (q, "80 7f"), [-8; 127/16]);
+%!error id=velkora:quantizer:num2base:notdefined num2bin (quantizer ("double"), 1)

@@ -130,7 +130,7 @@ TEST_F(BindingTables, QuantizerAndLogNamesInOrder) {
   }
   EXPECT_EQ(own_methods(*ModelessQuantizerXoClass::getInstance()),
             (Names{"disp", "initializestates", "resetlog", "resetlogging", "quantize",
-                   "quantizenumeric", "isquantizer", "isequal"}));
+                   "quantizenumeric", "num2base", "base2num", "isquantizer", "isequal"}));
   EXPECT_EQ(ModelessQuantizerXoClass::getInstance()->getConstructorSignatures().size(), 2u);
   EXPECT_EQ(QuantizerXoClass::getInstance()->getConstructorSignatures().size(), 2u);
   EXPECT_EQ(SlopeBiasQuantizerXoClass::getInstance()->getConstructorSignatures().size(), 3u);
