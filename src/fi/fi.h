@@ -262,6 +262,12 @@ class fi {
   // each a pattern of at most W bits in the radix, or in radix 10 also a negative stored
   // integer of a signed type. Nothing changes when any number is refused.
   void base2num(const HostArray& text, int radix);
+  // The stored integers in the smallest built-in integer class that holds the word (up to
+  // 64 bits), shaped like this array; and setting them from any numeric array of integer
+  // values in the type's stored-integer range, one per element (a complex one for a complex
+  // array).
+  HostArray storedIntegers() const;
+  void setStoredIntegers(const HostArray& values);
   // How many numbers such text holds.
   static int radixTextCount(const HostArray& text);
 

@@ -14,6 +14,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -122,6 +124,69 @@ HostArray fi::radixText(int radix, bool isSigned) const {
     rows[row] += (rows[row].empty() ? "" : "  ") + s;
   }
   return charMatrix(rows);
+}
+
+namespace {
+
+// The smallest built-in integer class of a word, and its element type.
+template <class F>
+decltype(auto) withIntegerClass(bool issigned, int w, F f) {
+  if (w <= 8)
+    return issigned ? f(HostClass::Int8, std::int8_t{}) : f(HostClass::UInt8, std::uint8_t{});
+  if (w <= 16)
+    return issigned ? f(HostClass::Int16, std::int16_t{}) : f(HostClass::UInt16, std::uint16_t{});
+  if (w <= 32)
+    return issigned ? f(HostClass::Int32, std::int32_t{}) : f(HostClass::UInt32, std::uint32_t{});
+  return issigned ? f(HostClass::Int64, std::int64_t{}) : f(HostClass::UInt64, std::uint64_t{});
+}
+
+}  // namespace
+
+HostArray fi::storedIntegers() const {
+  if (!type_.isFixed()) raise(Msg::FiFixedOnly);
+  if (getWordLength() > 64) raise(Msg::FiIntTooWide);
+  return withIntegerClass(getSigned(), getWordLength(), [&](HostClass cls, auto zero) {
+    using T = decltype(zero);
+    HostArray out =
+        HostArray::make_numeric(cls, std::vector<std::size_t>(dims_.begin(), dims_.end()),
+                                isreal_ ? Complexity::Real : Complexity::Complex);
+    Integer v;
+    for (bool imagPart : {false, true}) {
+      if (imagPart && isreal_) break;
+      T* data = imagPart ? out.imag<T>() : out.real<T>();
+      for (int i = 0; i < numel_; ++i) {
+        storedInteger(v.v, imagPart ? imag(i) : real(i), type_);
+        data[i] =
+            std::is_signed_v<T> ? static_cast<T>(mpz_get_si(v.v)) : static_cast<T>(mpz_get_ui(v.v));
+      }
+    }
+    return out;
+  });
+}
+
+void fi::setStoredIntegers(const HostArray& values) {
+  if (!type_.isFixed()) raise(Msg::FiFixedOnly);
+  if (!values.is_numeric()) raise(Msg::FiIntNotNumeric);
+  if (values.numel() != static_cast<std::size_t>(numel_) || (values.is_complex() && isreal_))
+    raise(Msg::FiIntSizeMismatch);
+  const int w = getWordLength();
+  const double top = std::ldexp(1.0, getSigned() ? w - 1 : w);
+  const double lowest = getSigned() ? -top : 0.0;
+  // Every value is checked before any element changes.
+  const std::size_t parts = values.is_complex() ? 2 : 1;
+  std::vector<number> stored(parts * values.numel());
+  Integer v;
+  for (std::size_t k = 0; k < stored.size(); ++k) {
+    const std::size_t i = k % values.numel();
+    const double x = k < values.numel() ? values.real_as_double(i) : values.imag_as_double(i);
+    if (x != std::trunc(x) || x < lowest || x >= top) raise(Msg::FiIntOutOfRange);
+    mpz_set_d(v.v, x);
+    stored[k].setvalue(v.v, type_.getFixedExponent());
+  }
+  for (int i = 0; i < numel_; ++i) {
+    realRef(i) = stored[static_cast<std::size_t>(i)];
+    if (parts == 2) imagRef(i) = stored[values.numel() + static_cast<std::size_t>(i)];
+  }
 }
 
 int fi::radixTextCount(const HostArray& text) {

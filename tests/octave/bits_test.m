@@ -63,3 +63,15 @@
 %! assert (bin2num (q, ["00001000"; "11111100"]), [0.5; -0.25]);
 %! assert (hex2num (q, "80 7f"), [-8; 127/16]);
 %!error id=velkora:quantizer:num2base:notdefined num2bin (quantizer ("double"), 1)
+
+## Stored integers in the smallest built-in integer class.
+%!test
+%! a = fi ([0.5 -0.25], 1, 12, 8);
+%! assert (storedInteger (a), int16 ([128 -64]));
+%! assert (a.int, int16 ([128 -64]));
+%! assert (class (storedInteger (fi (1, 0, 8, 0))), "uint8");
+%! assert (class (storedInteger (fi (1, 1, 33, 0))), "int64");
+%! a.int = [1 -1];
+%! assert (double (a), [1 -1] / 256);
+%!error id=velkora:fi:int:wordTooLong storedInteger (fi (1, 1, 65, 0))
+%!error id=velkora:fi:int:outOfRange x = fi (1, 1, 8, 0); x.int = 128;

@@ -67,15 +67,15 @@ TEST_F(BindingTables, FiNamesInOrder) {
       "MaxSumWordLength", "SumFractionLength", "SumFixedExponent", "SumSlope",
       "SumSlopeAdjustmentFactor", "SumBias", "CastBeforeSum", "CStyle", "Logging",
       "isautoscaled",
-      // "double", "data", "int", "intarray" and "tessaronarray" arrive with the conversions.
-      "bin", "oct", "dec", "hex", "noverflows", "nunderflows", "maxlog", "minlog", "LastPropertySet"};
+      // "double", "data", "intarray" and "tessaronarray" arrive with the conversions.
+      "int", "bin", "oct", "dec", "hex", "noverflows", "nunderflows", "maxlog", "minlog", "LastPropertySet"};
   EXPECT_EQ(own_properties(*FiXoClass::getInstance()), properties);
   // The methods whose operations exist, in their places in the order.
   const Names methods = {
       "disp", "numberofelements", "isfi", "isfixed", "isfloat", "isdouble", "isscaleddouble",
       "issingle", "isboolean", "isscaledtype", "isempty", "isscalar", "iscolumn", "isrow",
       "isvector", "isreal", "maxlog", "minlog", "noverflows", "nunderflows", "noperations",
-      "nmathoperations", "numerictype", "fimath", "bin", "data", "dec", "double", "hex", "oct", "realmax", "realmin", "fieps", "intmax", "intmin",
+      "nmathoperations", "numerictype", "fimath", "bin", "data", "dec", "double", "hex", "int", "oct", "realmax", "realmin", "fieps", "intmax", "intmin",
       "lowerbound", "upperbound", "uminus", "conj", "pow2", "bitshift", "bitcmp", "bitand", "bitor", "bitxor", "bitget",
       "bitset", "plus", "minus",
       "times", "mtimes", "binaryop_complex", "binary_max", "binary_min", "unary_max",
