@@ -75,3 +75,18 @@
 %! assert (double (a), [1 -1] / 256);
 %!error id=velkora:fi:int:wordTooLong storedInteger (fi (1, 1, 65, 0))
 %!error id=velkora:fi:int:outOfRange x = fi (1, 1, 8, 0); x.int = 128;
+
+## The bit conveniences, through the stored integers' text.
+%!test
+%! a = fi ([-3 5], 1, 8, 0);                 % 11111101, 00000101
+%! assert (double (bitsll (a, 2)), [-12 20]);
+%! assert (double (bitsrl (a, 1)), [126 2]);
+%! assert (double (bitsra (a, 1)), [-2 2]);
+%! assert (double (bitrol (a, 1)), [-5 10]);
+%! assert (double (bitror (a, 1)), [-2 -126]);
+%! assert (double (bitsliceget (a, 4, 1)), [13 5]);
+%! assert (double (getlsb (a)), [1 1]);
+%! assert (double (getmsb (a)), [1 0]);
+%! c = bitconcat (fi (3, 0, 2, 0), fi (1, 0, 3, 0));
+%! assert ({c.WordLength, double(c)}, {5, 25});
+%!error id=velkora:fi:bitsliceget:badRange bitsliceget (fi (1, 1, 8, 0), 9, 1)
