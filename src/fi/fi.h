@@ -300,6 +300,8 @@ class fi {
   // The current element's absolute value, unquantized.
   void abs(number& out) const;
   std::unique_ptr<fi> conj() const;
+  // -1, 0 or 1 for each element of a real array, as a signed 2-bit integer array.
+  std::unique_ptr<fi> sign() const;
   // A complex array of this array's type: this real part and im's values as imaginary
   // parts (quantized into this type), with scalar expansion.
   std::unique_ptr<fi> complex(const fi& im) const;

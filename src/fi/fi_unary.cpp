@@ -91,6 +91,16 @@ std::unique_ptr<fi> fi::conj() const {
   return r;
 }
 
+std::unique_ptr<fi> fi::sign() const {
+  if (iscomplex()) raise(Msg::FiComplexNotDefined, "sign");
+  auto r = std::make_unique<fi>(dims(), ndims(), NumericType(true, 2, 0), math_, false);
+  for (int i = 0; i < numel_; ++i) {
+    const number& x = real(i);
+    r->realRef(i) = x.iszero() ? 0.0 : (x.isnegative() ? -1.0 : 1.0);
+  }
+  return r;
+}
+
 std::unique_ptr<fi> fi::complex(const fi& im) const {
   if (iscomplex() || im.iscomplex()) raise(Msg::FiComplexRealPartInput);
   if (numel_ != 1 && im.numel_ != 1) checkElementwiseSize(im);

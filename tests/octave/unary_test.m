@@ -59,3 +59,8 @@
 %! assert (double (intmax (fi (1, 0, 8, 4))), 255);
 %! assert (double (upperbound (fi (1, 1, 8, 1.5, 0.25))), 0.25 + 1.5 * 127);
 %! assert (intmax (a).FractionLength, 0);
+
+%!test
+%! s = sign (fi ([-0.5 0 0.25], 1, 8, 6));
+%! assert ({double(s), s.WordLength, s.FractionLength}, {[-1 0 1], 2, 0});
+%!error id=velkora:fi:complexnotdefined sign (fi (1i, 1, 8, 4))
