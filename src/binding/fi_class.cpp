@@ -287,14 +287,6 @@ class FiBitsetMethod : public XoMethodInfo {
   }
 };
 
-// The radix of num2base and base2num: 2, 8, 10 or 16.
-int radixOf(const HostArray& r) {
-  const std::optional<long> radix = integerScalar(r);
-  if (!radix || (*radix != 2 && *radix != 8 && *radix != 10 && *radix != 16))
-    raise(Msg::FiBadRadix);
-  return static_cast<int>(*radix);
-}
-
 // num2base(A, radix) -> text.
 class FiNum2BaseMethod : public XoMethodInfo {
  public:
@@ -307,7 +299,7 @@ class FiNum2BaseMethod : public XoMethodInfo {
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
     const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
     checkRestriction<Restriction::FixedOnly>(*this, a);
-    outputs[0] = AnyArray::box(a.radixText(radixOf(AnyArray::unbox(inputs[1]))));
+    outputs[0] = AnyArray::box(a.radixText(radix_argument(AnyArray::unbox(inputs[1]))));
     *nout = 1;
   }
 };
@@ -326,7 +318,7 @@ class FiBase2NumMethod : public XoMethodInfo {
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
     const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
     checkRestriction<Restriction::FixedOnly>(*this, a);
-    const int radix = radixOf(AnyArray::unbox(inputs[2]));
+    const int radix = radix_argument(AnyArray::unbox(inputs[2]));
     auto r = std::make_unique<fi>(a, fi::WholeCopy);
     r->base2num(AnyArray::unbox(inputs[1]), radix);
     outputs[0] = wrapFi(std::move(r));

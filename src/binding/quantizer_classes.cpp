@@ -210,18 +210,13 @@ std::pair<NumericType, fimath> textFormat(const Q& q, Msg notDefined) {
           math};
 }
 
-int textRadix(const HostArray& r) {
-  const double v = r.is_numeric() && r.numel() == 1 && !r.is_complex() ? r.real_as_double(0) : 0;
-  if (v != 2 && v != 8 && v != 10 && v != 16) raise(Msg::FiBadRadix);
-  return static_cast<int>(v);
-}
-
-// num2base(q, x, radix): the values quantized onto the grid (without logging), as the radix
-// text of their stored integers.
-template <class Cls>
-class QuantizerNum2BaseMethod : public XoMethodInfo {
+// num2base(q, x, radix): the values x quantized onto the grid (without logging), as the radix
+// text of their stored integers. base2num(q, text, radix): the values of the text's stored
+// integers, a column of doubles in the order of the text.
+template <class Cls, bool ToText>
+class QuantizerTextMethod : public XoMethodInfo {
  public:
-  QuantizerNum2BaseMethod() : XoMethodInfo("num2base") {
+  QuantizerTextMethod() : XoMethodInfo(ToText ? "num2base" : "base2num") {
     addSignature()
         .addArgType(self_type<Cls>())
         .addArgType(AnyArray::type())
@@ -229,35 +224,18 @@ class QuantizerNum2BaseMethod : public XoMethodInfo {
         .addResultType(AnyArray::type());
   }
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
-    const auto [type, math] = textFormat(object_of<Q>(static_cast<XoInterface*>(inputs[0])),
-                                         Msg::QuantizerNum2baseNotDefined);
-    const int radix = textRadix(AnyArray::unbox(inputs[2]));
-    const fi values(AnyArray::unbox(inputs[1]), type, math);
-    outputs[0] = AnyArray::box(values.radixText(radix));
-    *nout = 1;
-  }
-};
-
-// base2num(q, text, radix): the values of the text's stored integers, a column of doubles in
-// the order of the text.
-template <class Cls>
-class QuantizerBase2NumMethod : public XoMethodInfo {
- public:
-  QuantizerBase2NumMethod() : XoMethodInfo("base2num") {
-    addSignature()
-        .addArgType(self_type<Cls>())
-        .addArgType(AnyArray::type())
-        .addArgType(AnyArray::type())
-        .addResultType(AnyArray::type());
-  }
-  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
-    const auto [type, math] = textFormat(object_of<Q>(static_cast<XoInterface*>(inputs[0])),
-                                         Msg::QuantizerBase2numNotDefined);
-    const HostArray& text = AnyArray::unbox(inputs[1]);
-    const int radix = textRadix(AnyArray::unbox(inputs[2]));
-    fi values(fi::radixTextCount(text), 1, type, math, false);
-    values.base2num(text, radix);
-    outputs[0] = AnyArray::box(values.toHostDouble());
+    const auto [type, math] =
+        textFormat(object_of<Q>(static_cast<XoInterface*>(inputs[0])),
+                   ToText ? Msg::QuantizerNum2baseNotDefined : Msg::QuantizerBase2numNotDefined);
+    const HostArray& in = AnyArray::unbox(inputs[1]);
+    const int radix = radix_argument(AnyArray::unbox(inputs[2]));
+    if constexpr (ToText) {
+      outputs[0] = AnyArray::box(fi(in, type, math).radixText(radix));
+    } else {
+      fi values(fi::radixTextCount(in), 1, type, math, false);
+      values.base2num(in, radix);
+      outputs[0] = AnyArray::box(values.toHostDouble());
+    }
     *nout = 1;
   }
 };
@@ -358,8 +336,8 @@ void ModelessQuantizerXoClass::fill() {
   addMethod(std::make_unique<ActionMethod<Self, &resetLog>>("resetlogging"));
   addMethod(std::make_unique<QuantizeMethod<Self>>("quantize"));
   addMethod(std::make_unique<QuantizeMethod<Self>>("quantizenumeric"));
-  addMethod(std::make_unique<QuantizerNum2BaseMethod<Self>>());
-  addMethod(std::make_unique<QuantizerBase2NumMethod<Self>>());
+  addMethod(std::make_unique<QuantizerTextMethod<Self, true>>());
+  addMethod(std::make_unique<QuantizerTextMethod<Self, false>>());
   addMethod(std::make_unique<QueryMethod<Self, &always_true<Q>>>("isquantizer"));
   addMethod(std::make_unique<QuantizerIsequalMethod<Self>>());
 }

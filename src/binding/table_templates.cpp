@@ -31,4 +31,10 @@ void refuse_unless_int32(double v, const std::string& textProperty, XoInterface*
         instance->getClass()->getPackageClassName().c_str());
 }
 
+int radix_argument(const HostArray& r) {
+  const double v = r.is_numeric() && r.numel() == 1 && !r.is_complex() ? r.real_as_double(0) : 0.0;
+  if (v != 2 && v != 8 && v != 10 && v != 16) raise(Msg::FiBadRadix);
+  return static_cast<int>(v);
+}
+
 }  // namespace corbel::binding

@@ -116,6 +116,9 @@ double evaluate_text(const std::string& text);
 // v is an integer in the int32 range.
 void refuse_unless_int32(double v, const std::string& textProperty, XoInterface* instance);
 
+// The radix argument of the radix-text methods: a real scalar 2, 8, 10 or 16.
+int radix_argument(const HostArray& r);
+
 // A text twin of a numeric property: read as Get(owner) (text made from the value, so it
 // always mirrors the numeric property); written by evaluating the text and calling
 // Set(owner, number) with the result converted to the setter's argument type.

@@ -437,6 +437,8 @@ class fi {
   std::unique_ptr<fi> bulkQuotient(const fi& b, const NumericType& T) const;
   std::unique_ptr<fi> limit(int which) const;
   std::unique_ptr<fi> intlimit(bool largest) const;
+  // Every part times 2^k, then quantized again: pow2 without its scaling check.
+  std::unique_ptr<fi> scaledByPowerOfTwo(long k) const;
   std::unique_ptr<fi> select(const fi& b, bool larger) const;
   void reduceSelect(std::unique_ptr<fi>& values, HostArray& indices, int dim, bool larger) const;
   // What the unary whole-array path does to each element before quantizing it.

@@ -203,13 +203,7 @@ std::unique_ptr<fi> fi::bitshift(long k) const {
   // The element form is the stored integer times 2^FixedExponent whatever the scaling, so
   // scaling the elements by 2^k and quantizing them again shifts the stored integers; the
   // slope, bias and slope adjustment factor stay as they are.
-  auto r = std::make_unique<fi>(*this, WholeCopy);
-  if (r->mapDoubles(UnaryStep::Pow2, k)) return r;
-  for (int i = 0; i < r->numel_; ++i) r->realRef(i).pow2(k);
-  if (r->iscomplex())
-    for (int i = 0; i < r->numel_; ++i) r->imagRef(i).pow2(k);
-  r->quantizeAll();
-  return r;
+  return scaledByPowerOfTwo(k);
 }
 
 }  // namespace corbel

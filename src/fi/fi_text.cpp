@@ -98,7 +98,7 @@ HostArray fi::radixText(int radix, bool isSigned) const {
   if (!type_.isFixed()) raise(Msg::FiFixedOnly);
   const int w = getWordLength();
   const int m = numel_ == 0 ? 0 : m_, perRow = m == 0 ? 0 : numel_ / m;
-  std::vector<std::vector<std::string>> cells;
+  std::vector<std::string> cells;
   Integer v;
   std::size_t width = isSigned ? 1 : digitsFor(w, radix);
   for (bool imagPart : {false, true}) {
@@ -108,7 +108,7 @@ HostArray fi::radixText(int radix, bool isSigned) const {
       if (!isSigned) mpz_fdiv_r_2exp(v.v, v.v, static_cast<mp_bitcnt_t>(w));
       std::string s = digits(v.v, isSigned ? 10 : radix);
       width = std::max(width, s.size());
-      cells.push_back({std::move(s)});
+      cells.push_back(std::move(s));
     }
   }
   // Element i sits in row i % m (of its part), after the elements before it in that row.
@@ -118,7 +118,7 @@ HostArray fi::radixText(int radix, bool isSigned) const {
     const std::size_t part = k / static_cast<std::size_t>(std::max(numel_, 1));
     const std::size_t i = k % static_cast<std::size_t>(std::max(numel_, 1));
     const std::size_t row = part * static_cast<std::size_t>(m) + i % static_cast<std::size_t>(m);
-    std::string& s = cells[k][0];
+    std::string& s = cells[k];
     s.insert(0, width - s.size(), pad);
     // Elements of a row follow one another in column order.
     rows[row] += (rows[row].empty() ? "" : "  ") + s;

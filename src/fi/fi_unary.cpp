@@ -56,6 +56,10 @@ std::unique_ptr<fi> fi::uminus() const {
 
 std::unique_ptr<fi> fi::pow2(long k) const {
   if (isSlopeBiasScaled()) raise(Msg::FiPow2BinaryPointOnly);
+  return scaledByPowerOfTwo(k);
+}
+
+std::unique_ptr<fi> fi::scaledByPowerOfTwo(long k) const {
   auto r = std::make_unique<fi>(*this, WholeCopy);
   if (r->mapDoubles(UnaryStep::Pow2, k)) return r;
   for (int i = 0; i < r->numel_; ++i) r->realRef(i).pow2(k);

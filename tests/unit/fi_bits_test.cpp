@@ -61,9 +61,8 @@ std::vector<std::string> values(const fi& x) {
 
 TEST(FiBits, OperationsFollowTheStoredIntegerModel) {
   std::mt19937_64 rng(48);
-  gmp_randstate_t state;
-  gmp_randinit_mt(state);
-  gmp_randseed_ui(state, 48);
+  GmpRandom random(48);
+  auto& state = random.state;
   for (int trial = 0; trial < 300; ++trial) {
     const fimath m;
     const RandomFormat f(rng, 130);
@@ -120,7 +119,6 @@ TEST(FiBits, OperationsFollowTheStoredIntegerModel) {
     EXPECT_EQ(values(*a->bitcmp()->bitcmp()), values(*a));
     mpz_clears(all, r, nullptr);
   }
-  gmp_randclear(state);
 }
 
 TEST(FiBits, BitshiftScalesTheStoredIntegersAndKeepsTheScaling) {

@@ -40,9 +40,8 @@ TEST(FiDivision, QuotientsAreRoundedOnceIntoTheQuotientType) {
   InProcessHost host;
   ScopedHost scope(host);
   std::mt19937_64 rng(46);
-  gmp_randstate_t state;
-  gmp_randinit_mt(state);
-  gmp_randseed_ui(state, 46);
+  GmpRandom random(46);
+  auto& state = random.state;
   int zeroDivisors = 0;
   for (int trial = 0; trial < 300; ++trial) {
     fimath m;
@@ -95,7 +94,6 @@ TEST(FiDivision, QuotientsAreRoundedOnceIntoTheQuotientType) {
     ASSERT_EQ(host.take_warnings(), expected);
     zeroDivisors += anyZero;
   }
-  gmp_randclear(state);
   EXPECT_GT(zeroDivisors, 20);
 }
 

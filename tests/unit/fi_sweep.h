@@ -17,6 +17,18 @@
 
 namespace corbel {
 
+// A GMP random state with a fixed seed, for randomNumbers.
+struct GmpRandom {
+  gmp_randstate_t state;
+  explicit GmpRandom(unsigned long seed) {
+    gmp_randinit_mt(state);
+    gmp_randseed_ui(state, seed);
+  }
+  ~GmpRandom() { gmp_randclear(state); }
+  GmpRandom(const GmpRandom&) = delete;
+  GmpRandom& operator=(const GmpRandom&) = delete;
+};
+
 // Each part of each element as an exact rational, a zero with its sign.
 inline std::vector<std::string> exactParts(const fi& x) {
   std::vector<std::string> out;

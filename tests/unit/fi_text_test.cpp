@@ -29,9 +29,8 @@ std::string rowsOf(const HostArray& text) {
 
 TEST(FiText, EveryRadixRoundTripsAtEveryWordLength) {
   std::mt19937_64 rng(49);
-  gmp_randstate_t state;
-  gmp_randinit_mt(state);
-  gmp_randseed_ui(state, 49);
+  GmpRandom random(49);
+  auto& state = random.state;
   std::vector<int> lengths = {1, 52, 53, 64, 65, 200};
   for (int k = 0; k < 30; ++k) lengths.push_back(1 + static_cast<int>(rng() % 140));
   for (int w : lengths)
@@ -54,7 +53,6 @@ TEST(FiText, EveryRadixRoundTripsAtEveryWordLength) {
         ASSERT_TRUE(same(*y)) << w << " bits, signed decimal";
       }
     }
-  gmp_randclear(state);
 }
 
 TEST(FiText, LayoutOneRowPerElementRowAndRefusals) {

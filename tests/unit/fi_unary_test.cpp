@@ -53,9 +53,8 @@ TEST(FiUnary, NegationPow2AbsAndConjugateFollowTheModel) {
   InProcessHost host;
   ScopedHost scope(host);
   std::mt19937_64 rng(44);
-  gmp_randstate_t state;
-  gmp_randinit_mt(state);
-  gmp_randseed_ui(state, 44);
+  GmpRandom random(44);
+  auto& state = random.state;
   Sweep sweep;
   for (int trial = 0; trial < 300; ++trial) {
     fimath m;
@@ -99,16 +98,14 @@ TEST(FiUnary, NegationPow2AbsAndConjugateFollowTheModel) {
     }
     EXPECT_EQ(exactParts(x), a.parts) << "operand changed";
   }
-  gmp_randclear(state);
 }
 
 TEST(FiUnary, MaxMinAndComplexPickOrQuantizeTheRightElements) {
   InProcessHost host;
   ScopedHost scope(host);
   std::mt19937_64 rng(45);
-  gmp_randstate_t state;
-  gmp_randinit_mt(state);
-  gmp_randseed_ui(state, 45);
+  GmpRandom random(45);
+  auto& state = random.state;
   for (int trial = 0; trial < 200; ++trial) {
     fimath m;
     m.setRoundMode(kRoundModes[trial % 6]);
@@ -158,7 +155,6 @@ TEST(FiUnary, MaxMinAndComplexPickOrQuantizeTheRightElements) {
                   modelPart(*a.x, Q(wider.real(0)), "+0", ""));
     }
   }
-  gmp_randclear(state);
 }
 
 TEST(FiUnary, RefusalsNameTheOperationAndChangeNothing) {
@@ -202,6 +198,12 @@ TEST(FiUnary, MostNegativeValueAndHalvedIntegers) {
   wrap.setOverflowMode(OverflowModeEnum::Wrap);
   EXPECT_EQ(fi(-128, true, 8, 0, saturate).uminus()->realdouble(0), 127);
   EXPECT_EQ(fi(-128, true, 8, 0, wrap).uminus()->realdouble(0), -128);
+  // abs quantizes (saturates) the array; the element form gives the exact magnitude.
+  const fi lowest(-128, true, 8, 0, saturate);
+  EXPECT_EQ(lowest.abs()->realdouble(0), 127);
+  number magnitude;
+  lowest.abs(magnitude);
+  EXPECT_EQ(magnitude.todouble(), 128);
   const double v[] = {3, -3, 5};
   const int dims[] = {1, 3};
   fimath floor;

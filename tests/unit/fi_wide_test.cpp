@@ -25,9 +25,8 @@ TEST(FiWide, SumsDifferencesAndProductsMatchTheElementPath) {
   InProcessHost host;
   ScopedHost scope(host);
   std::mt19937_64 rng(20261124);
-  gmp_randstate_t state;
-  gmp_randinit_mt(state);
-  gmp_randseed_ui(state, 1124);
+  GmpRandom random(1124);
+  auto& state = random.state;
   std::uniform_int_distribution<int> coin(0, 1), wide(53, 124), any(1, 130);
   Sweep sweep;
   for (int trial = 0; trial < 240; ++trial) {
@@ -53,7 +52,6 @@ TEST(FiWide, SumsDifferencesAndProductsMatchTheElementPath) {
     sweep.check([&] { return product->minus(*product); }, "difference of products");
     sweep.check([&] { return sum->plus(*product); }, "sum with a product");
   }
-  gmp_randclear(state);
   // The sweep must exercise the stored-integer paths, not fall back everywhere.
   EXPECT_GT(sweep.held, sweep.ran / 3) << sweep.ran;
 }
