@@ -191,6 +191,29 @@ class FiUnaryMethod : public XoMethodInfo {
   }
 };
 
+// range(A): the bounds as one 1x2 array, or, asked for two results, as two 1x1 arrays. The
+// two forms take the same argument, so the form with two declared results comes first: the
+// dispatcher picks it for either count, and every result it fills has a declared type.
+class FiRangeMethod : public XoMethodInfo {
+ public:
+  explicit FiRangeMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    addSignature().addArgType(self).addResultType(self).addResultType(self);
+    addSignature().addArgType(self).addResultType(self);
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    if (*nout < 2) {
+      outputs[0] = wrapFi(a.range());
+      *nout = 1;
+      return;
+    }
+    outputs[0] = wrapFi(a.lowerbound());
+    outputs[1] = wrapFi(a.upperbound());
+    *nout = 2;
+  }
+};
+
 // pow2(A, K); the one-argument form is refused.
 class FiPow2Method : public XoMethodInfo {
  public:

@@ -280,6 +280,8 @@ class fi {
   std::unique_ptr<fi> fieps() const;
   std::unique_ptr<fi> lowerbound() const;
   std::unique_ptr<fi> upperbound() const;
+  // The lower and upper bound side by side in one 1x2 array.
+  std::unique_ptr<fi> range() const;
   std::unique_ptr<fi> intmax() const;
   std::unique_ptr<fi> intmin() const;
 
@@ -302,6 +304,9 @@ class fi {
   std::unique_ptr<fi> conj() const;
   // -1, 0 or 1 for each element of a real array, as a signed 2-bit integer array.
   std::unique_ptr<fi> sign() const;
+  // The stored integers as the values of an integer array of the same signedness and word
+  // length (fraction length 0, slope 1, bias 0) and this array's fimath.
+  std::unique_ptr<fi> stripscaling() const;
   // A complex array of this array's type: this real part and im's values as imaginary
   // parts (quantized into this type), with scalar expansion.
   std::unique_ptr<fi> complex(const fi& im) const;

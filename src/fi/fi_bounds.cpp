@@ -77,6 +77,13 @@ std::unique_ptr<fi> fi::upperbound() const {
   return limit(static_cast<int>(Limit::Upper));
 }
 
+std::unique_ptr<fi> fi::range() const {
+  auto r = std::make_unique<fi>(1, 2, type_, math_, false);
+  r->realRef(0).setvalue(lowerbound()->real(0));
+  r->realRef(1).setvalue(upperbound()->real(0));
+  return r;
+}
+
 std::unique_ptr<fi> fi::intlimit(bool largest) const {
   if (!type_.isFixed()) raise(Msg::FiFixedOnly);
   const int w = getWordLength();

@@ -105,6 +105,19 @@ std::unique_ptr<fi> fi::sign() const {
   return r;
 }
 
+std::unique_ptr<fi> fi::stripscaling() const {
+  // Each element is its stored integer times 2^FixedExponent, so scaling it by
+  // 2^-FixedExponent gives the stored integer exactly, already on the integer type's grid.
+  const long e = type_.getFixedExponent();
+  auto r = std::make_unique<fi>(dims(), ndims(), NumericType(getSigned(), getWordLength(), 0),
+                                math_, !isreal_);
+  for (int i = 0; i < numel_; ++i) {
+    r->realRef(i).setvalue(real(i)).pow2(-e);
+    if (!isreal_) r->imagRef(i).setvalue(imag(i)).pow2(-e);
+  }
+  return r;
+}
+
 std::unique_ptr<fi> fi::complex(const fi& im) const {
   if (iscomplex() || im.iscomplex()) raise(Msg::FiComplexRealPartInput);
   if (numel_ != 1 && im.numel_ != 1) checkElementwiseSize(im);

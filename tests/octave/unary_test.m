@@ -59,6 +59,16 @@
 %! assert (double (intmax (fi (1, 0, 8, 4))), 255);
 %! assert (double (upperbound (fi (1, 1, 8, 1.5, 0.25))), 0.25 + 1.5 * 127);
 %! assert (intmax (a).FractionLength, 0);
+%! assert (double (range (a)), [-8, 127/16]);
+%! [lo, hi] = range (fi (1, 0, 8, 1.5, 0.25));
+%! assert ({double(lo), double(hi)}, {0.25, 0.25 + 1.5 * 255});
+
+## stripscaling: the stored integers as an integer fi of the same word.
+%!test
+%! s = stripscaling (fi ([0.5 -0.25; 1i 0], 1, 8, 4));
+%! assert ({double(s), s.WordLength, s.FractionLength}, {[8 -4; 16i 0], 8, 0});
+%! assert (double (stripscaling (fi (0.25 + 1.5 * 5, 1, 8, 1.5, 0.25))), 5);
+%!error id=velkora:fi:stripscaling:double:notallowed stripscaling (fi (1, "DataType", "double"))
 
 %!test
 %! s = sign (fi ([-0.5 0 0.25], 1, 8, 6));

@@ -74,9 +74,9 @@ TEST_F(BindingTables, FiNamesInOrder) {
   const Names methods = {
       "disp", "numberofelements", "isfi", "isfixed", "isfloat", "isdouble", "isscaleddouble",
       "issingle", "isboolean", "isscaledtype", "isempty", "isscalar", "iscolumn", "isrow",
-      "isvector", "isreal", "maxlog", "minlog", "noverflows", "nunderflows", "noperations",
+      "isvector", "isreal", "stripscaling", "maxlog", "minlog", "noverflows", "nunderflows", "noperations",
       "nmathoperations", "numerictype", "fimath", "bin", "data", "dec", "double", "hex", "int", "oct", "realmax", "realmin", "fieps", "intmax", "intmin",
-      "lowerbound", "upperbound", "uminus", "conj", "pow2", "bitshift", "bitcmp", "bitand", "bitor", "bitxor", "bitget",
+      "range", "lowerbound", "upperbound", "uminus", "conj", "pow2", "bitshift", "bitcmp", "bitand", "bitor", "bitxor", "bitget",
       "bitset", "plus", "minus",
       "times", "mtimes", "binaryop_complex", "binary_max", "binary_min", "unary_max",
       "unary_min", "sign", "num2sdec", "sdec", "num2base", "base2num", "displaygloballog", "resetgloballog", "resetlogging", "resetlog", "abs",

@@ -121,8 +121,9 @@ TEST(FiUnary, MaxMinAndComplexPickOrQuantizeTheRightElements) {
       const auto r = larger ? a.x->max(*b) : a.x->min(*b);
       for (int i = 0; i < numel; ++i) {
         const Q x(a.x->real(i)), y(b->real(i));
-        if (a.x->isreal())
+        if (a.x->isreal()) {
           ASSERT_EQ(Q(r->real(i)).str(), (larger == (mpq_cmp(y.v, x.v) > 0) ? y : x).str());
+        }
       }
       std::unique_ptr<fi> values;
       HostArray index;
@@ -142,7 +143,9 @@ TEST(FiUnary, MaxMinAndComplexPickOrQuantizeTheRightElements) {
         for (int k = 0; k < length; ++k) {
           const int c = mpq_cmp(Q(a.x->real(first + k * stride)).v, best.v);
           ASSERT_TRUE(larger ? c <= 0 : c >= 0);
-          if (k < at) ASSERT_NE(c, 0) << "not the first of equals";
+          if (k < at) {
+            ASSERT_NE(c, 0) << "not the first of equals";
+          }
         }
       }
     }
@@ -212,6 +215,57 @@ TEST(FiUnary, MostNegativeValueAndHalvedIntegers) {
   EXPECT_EQ(halved->realdouble(0), 1);
   EXPECT_EQ(halved->realdouble(1), -2);
   EXPECT_EQ(halved->realdouble(2), 2);
+}
+
+// stripscaling gives each part's stored integer (the value times 2^-FractionLength) in an
+// integer type of the same word; range puts the two bounds of the type side by side.
+TEST(FiUnary, StripscalingAndRangeReadTheStoredIntegers) {
+  std::mt19937_64 rng(45);
+  GmpRandom random(45);
+  fimath m;
+  for (int trial = 0; trial < 200; ++trial) {
+    const RandomFormat f(rng, 130);
+    const bool issigned = rng() % 2 == 0;
+    auto x = randomNumbers(rng, random.state, {2, 3}, issigned, f.wl, f.fl, m, rng() % 3 == 0);
+    const auto s = x->stripscaling();
+    ASSERT_TRUE(s->getNumericType().isequal(NumericType(issigned, f.wl, 0)));
+    ASSERT_EQ(s->isreal(), x->isreal());
+    for (int i = 0; i < x->numel(); ++i)
+      for (bool imagPart : {false, true}) {
+        Q q(imagPart ? x->imag(i) : x->real(i));
+        mpq_mul_2exp(q.v, q.v, static_cast<mp_bitcnt_t>(f.fl > 0 ? f.fl : 0));
+        mpq_div_2exp(q.v, q.v, static_cast<mp_bitcnt_t>(f.fl < 0 ? -f.fl : 0));
+        ASSERT_EQ(Q(imagPart ? s->imag(i) : s->real(i)).str(), q.str());
+      }
+    const auto r = x->range();
+    ASSERT_EQ(r->numel(), 2);
+    ASSERT_EQ(Q(r->real(0)).str(), Q(x->lowerbound()->real(0)).str());
+    ASSERT_EQ(Q(r->real(1)).str(), Q(x->upperbound()->real(0)).str());
+    Q low, high;
+    mpz_t z;
+    mpz_init(z);
+    if (issigned) {
+      mpz_setbit(z, static_cast<mp_bitcnt_t>(f.wl - 1));
+      mpz_neg(z, z);
+      mpq_set_z(low.v, z);
+      mpz_neg(z, z);
+    } else {
+      mpz_setbit(z, static_cast<mp_bitcnt_t>(f.wl));
+    }
+    mpz_sub_ui(z, z, 1);
+    mpq_set_z(high.v, z);
+    mpz_clear(z);
+    for (Q* b : {&low, &high}) {
+      if (f.fl > 0) mpq_div_2exp(b->v, b->v, static_cast<mp_bitcnt_t>(f.fl));
+      if (f.fl < 0) mpq_mul_2exp(b->v, b->v, static_cast<mp_bitcnt_t>(-f.fl));
+    }
+    ASSERT_EQ(Q(r->real(0)).str(), low.str()) << f.wl << " " << f.fl;
+    ASSERT_EQ(Q(r->real(1)).str(), high.str()) << f.wl << " " << f.fl;
+  }
+  // A slope-bias type: the stored integer of 0.25 + 1.5 * 5 is 5.
+  const fi sb(0.25 + 1.5 * 5, NumericType(DataTypeModeEnum::FixedSlopeBias, true, 8, 1.5, 0, 0.25),
+              m);
+  EXPECT_EQ(sb.stripscaling()->realdouble(0), 5);
 }
 
 }  // namespace
