@@ -7,6 +7,7 @@
 //   dx  multiply two 10^5-element s100,96 arrays to 200 bits
 //   e   64x64 by 64x64 matrix product of s16,15 (per multiply-add)
 //   cb  the complex form of b
+// and beside them bitshift, ./, bitand, max and the largest of each column.
 // Inputs are uniform in (-1.1, 1.1). The plain loops are built with the project's flags,
 // as any code that uses the library is; the "avx2" rows give the same loops built for
 // AVX2 (as the library's kernels also are), for comparison. The table after the run gives
@@ -306,6 +307,72 @@ void BM_div_fi(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(a.over(b, a.getNumericType()));
 }
 
+// ---- band, max, colmax: bitand(a, b), max(a, b) and [m, i] = max(a) over the columns of a
+// 1000x1000 s16,15 array (10^6 elements each) ---------------------------------------------
+
+void BM_band_plain_loop(benchmark::State& state) {
+  const auto a = storedIntegers(va()), b = storedIntegers(vb());
+  std::vector<std::int16_t> out(kN);
+  for (auto _ : state) {
+    for (int i = 0; i < kN; ++i) out[i] = static_cast<std::int16_t>(a[i] & b[i]);
+    benchmark::DoNotOptimize(out.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_band_fi(benchmark::State& state) {
+  const fi a = makeArray(va(), 1, kN, 16, 15);
+  const fi b = makeArray(vb(), 1, kN, 16, 15);
+  for (auto _ : state) benchmark::DoNotOptimize(a.fibitand(b));
+}
+
+void BM_max_plain_loop(benchmark::State& state) {
+  const auto a = storedIntegers(va()), b = storedIntegers(vb());
+  std::vector<std::int16_t> out(kN);
+  for (auto _ : state) {
+    for (int i = 0; i < kN; ++i) out[i] = b[i] > a[i] ? b[i] : a[i];
+    benchmark::DoNotOptimize(out.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_max_fi(benchmark::State& state) {
+  const fi a = makeArray(va(), 1, kN, 16, 15);
+  const fi b = makeArray(vb(), 1, kN, 16, 15);
+  for (auto _ : state) benchmark::DoNotOptimize(a.max(b));
+}
+
+// The largest of each column and its (one-based) row; the first of equals.
+void BM_colmax_plain_loop(benchmark::State& state) {
+  const auto a = storedIntegers(va());
+  constexpr int kRows = 1000;
+  std::vector<std::int16_t> best(kN / kRows);
+  std::vector<double> row(kN / kRows);
+  for (auto _ : state) {
+    for (int c = 0; c < kN / kRows; ++c) {
+      const std::int16_t* col = a.data() + c * kRows;
+      int at = 0;
+      for (int r = 1; r < kRows; ++r)
+        if (col[r] > col[at]) at = r;
+      best[c] = col[at];
+      row[c] = at + 1;
+    }
+    benchmark::DoNotOptimize(best.data());
+    benchmark::DoNotOptimize(row.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_colmax_fi(benchmark::State& state) {
+  const fi a = makeArray(va(), 1000, kN / 1000, 16, 15);
+  for (auto _ : state) {
+    std::unique_ptr<fi> values;
+    HostArray index;
+    a.unary_max(values, index, 0);
+    benchmark::DoNotOptimize(values);
+  }
+}
+
 // ---- e: 64x64 by 64x64 ----------------------------------------------------------------------
 
 // Products of 31 bits accumulated in 38 (64 terms), saturated to the accumulator.
@@ -365,6 +432,12 @@ BENCHMARK(BM_shift_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_shift_fi)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_div_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_div_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_band_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_band_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_max_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_max_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_colmax_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_colmax_fi)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_e_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_e_plain_avx2)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_e_fi)->Unit(benchmark::kMillisecond);

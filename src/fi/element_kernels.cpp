@@ -96,6 +96,86 @@ CORBEL_CPU_CLONES bool combineInto(Combine op, const number* a, std::size_t sa, 
   return false;
 }
 
+namespace {
+
+// Whether y lies strictly beyond x.
+template <bool Larger>
+CORBEL_INLINE bool beyond(double y, double x) {
+  return Larger ? y > x : y < x;
+}
+
+template <bool Larger, std::size_t Sa, std::size_t Sb>
+CORBEL_INLINE bool selectRun(const number* a, const number* b, number* out, std::size_t n) {
+  std::size_t boxed = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const number& x = a[i * Sa];
+    const number& y = b[i * Sb];
+    boxed += !x.isdouble();
+    boxed += !y.isdouble();
+    const double u = x.inlinedouble(), v = y.inlinedouble();
+    number::placedouble(out + i, beyond<Larger>(v, u) ? v : u);
+  }
+  return boxed == 0;
+}
+
+template <bool Larger>
+CORBEL_INLINE bool selectSteps(const number* a, std::size_t sa, const number* b, std::size_t sb,
+                               number* out, std::size_t n) {
+  if (sa == 1 && sb == 1) return selectRun<Larger, 1, 1>(a, b, out, n);
+  if (sa == 0 && sb == 1) return selectRun<Larger, 0, 1>(a, b, out, n);
+  if (sa == 1 && sb == 0) return selectRun<Larger, 1, 0>(a, b, out, n);
+  return selectRun<Larger, 0, 0>(a, b, out, n);
+}
+
+template <bool Larger>
+CORBEL_INLINE void reduceBlock(const number* block, std::size_t stride, std::size_t length,
+                               number* best, double* at) {
+  if (stride == 1) {
+    // One line of consecutive elements.
+    double v = block[0].inlinedouble();
+    std::size_t k = 0;
+    for (std::size_t i = 1; i < length; ++i) {
+      const double y = block[i].inlinedouble();
+      if (beyond<Larger>(y, v)) v = y, k = i;
+    }
+    number::placedouble(best, v);
+    at[0] = static_cast<double>(k + 1);
+    return;
+  }
+  // stride lines side by side, walked row by row.
+  for (std::size_t s = 0; s < stride; ++s) {
+    number::placedouble(best + s, block[s].inlinedouble());
+    at[s] = 1.0;
+  }
+  for (std::size_t i = 1; i < length; ++i) {
+    const number* row = block + i * stride;
+    for (std::size_t s = 0; s < stride; ++s) {
+      const double y = row[s].inlinedouble(), v = best[s].inlinedouble();
+      const bool take = beyond<Larger>(y, v);
+      number::placedouble(best + s, take ? y : v);
+      at[s] = take ? static_cast<double>(i + 1) : at[s];
+    }
+  }
+}
+
+}  // namespace
+
+CORBEL_CPU_CLONES bool select(bool larger, const number* a, std::size_t sa, const number* b,
+                              std::size_t sb, number* out, std::size_t n) {
+  return larger ? selectSteps<true>(a, sa, b, sb, out, n)
+                : selectSteps<false>(a, sa, b, sb, out, n);
+}
+
+CORBEL_CPU_CLONES void reduceSelect(bool larger, const number* x, std::size_t outer,
+                                    std::size_t stride, std::size_t length, number* values,
+                                    double* index) {
+  for (std::size_t o = 0; o < outer; ++o) {
+    const number* block = x + o * stride * length;
+    larger ? reduceBlock<true>(block, stride, length, values + o * stride, index + o * stride)
+           : reduceBlock<false>(block, stride, length, values + o * stride, index + o * stride);
+  }
+}
+
 CORBEL_CPU_CLONES void matrixProduct(const double* a, const double* b, double* c, std::size_t m,
                                      std::size_t n, std::size_t p) {
   std::memset(c, 0, m * p * sizeof(double));

@@ -31,6 +31,18 @@ void map(Map op, double* x, std::size_t n, long k);
 bool combineInto(Combine op, const number* a, std::size_t sa, const number* b, std::size_t sb,
                  number* out, std::size_t n);
 
+// out[i] = b[i * sb] when it lies strictly above a[i * sa] (larger) or strictly below it,
+// else a[i * sa] (steps 0 or 1), written into raw storage; false when an operand element is
+// not an inline double (out then holds garbage, to be discarded).
+bool select(bool larger, const number* a, std::size_t sa, const number* b, std::size_t sb,
+            number* out, std::size_t n);
+// The extreme elements of x along lines of `length` elements `stride` apart, x holding `outer`
+// blocks of stride * length elements: values[o * stride + s] gets the first extreme element of
+// line (o, s), written into raw storage, and index[o * stride + s] its one-based place on it.
+// The elements are inline doubles; length is at least one.
+void reduceSelect(bool larger, const number* x, std::size_t outer, std::size_t stride,
+                  std::size_t length, number* values, double* index);
+
 // c = a * b for column-major a (m x n) and b (n x p), the products and their sums
 // exact in doubles, so that the order of the additions does not matter.
 void matrixProduct(const double* a, const double* b, double* c, std::size_t m, std::size_t n,

@@ -446,6 +446,20 @@ class fi {
   std::unique_ptr<fi> scaledByPowerOfTwo(long k) const;
   std::unique_ptr<fi> select(const fi& b, bool larger) const;
   void reduceSelect(std::unique_ptr<fi>& values, HostArray& indices, int dim, bool larger) const;
+  // Whole-array bit operations and selections on inline doubles (fi_bulk_bits.cpp,
+  // fi_bulk_select.cpp), bit for bit what the element loops give once the operands are
+  // checked: null (false) when they do not apply. bulkReduceSelect makes the values of the
+  // extreme elements along lines of `length` elements `stride` apart (see reduceSelect) and
+  // writes their places into index; bulkBitget writes into a uint8 array of the result's
+  // shape, and bulkBitset makes an array of the given shape.
+  std::unique_ptr<fi> bulkBitwise(const fi& b, BitOp op) const;
+  std::unique_ptr<fi> bulkBitcmp() const;
+  bool bulkBitget(const HostArray& positions, HostArray& bits) const;
+  std::unique_ptr<fi> bulkBitset(const HostArray& positions, const HostArray& values,
+                                 const std::vector<int>& dims) const;
+  std::unique_ptr<fi> bulkSelect(const fi& b, bool larger) const;
+  std::unique_ptr<fi> bulkReduceSelect(const std::vector<int>& outDims, int outer, int stride,
+                                       int length, bool larger, double* index) const;
   // What the unary whole-array path does to each element before quantizing it.
   enum class UnaryStep { Negate, NegateImaginary, Abs, Pow2 };
   // Takes the step (Pow2 by 2^k) on every element of a part of this array, then quantizes

@@ -115,6 +115,8 @@ std::size_t at(std::size_t n, std::size_t k) {
 
 std::unique_ptr<fi> fi::bitcmp() const {
   errorIfScaledDouble("bitcmp");
+  if (numel_ > 0)
+    if (auto r = bulkBitcmp()) return r;
   auto r = std::make_unique<fi>(*this, WholeCopy);
   if (r->numel_ == 0) return r;
   const BitWord word(*this);
@@ -129,6 +131,8 @@ std::unique_ptr<fi> fi::bitandorxor(const fi& b, BitOp op, const char* name) con
   if (!type_.isequal(b.type_)) raise(Msg::FiBitMixedTypes);
   if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
   const fi& shape = numel_ == 1 ? b : *this;
+  if (shape.numel_ > 0)
+    if (auto r = bulkBitwise(b, op)) return r;
   const bool complex = iscomplex() || b.iscomplex();
   auto r = std::make_unique<fi>(shape.dims(), shape.ndims(), type_, math_, complex);
   if (r->numel_ == 0) return r;
@@ -158,10 +162,13 @@ HostArray fi::bitget(const HostArray& positions) const {
   const std::size_t n = static_cast<std::size_t>(numel_), np = positions.numel();
   if (n == 0)
     return HostArray(HostClass::UInt8, std::vector<std::size_t>(dims_.begin(), dims_.end()));
-  if (n > 1 && np > 1 && n != np) raise(Msg::FiBitgetSizeMismatch);
+  // A scalar on either side goes with every element of the other; no positions at all go
+  // with a scalar only.
+  if (n != 1 && np != 1 && n != np) raise(Msg::FiBitgetSizeMismatch);
   HostArray out(HostClass::UInt8, n == 1 && np != 1
                                       ? positions.dims()
                                       : std::vector<std::size_t>(dims_.begin(), dims_.end()));
+  if (out.numel() == 0 || bulkBitget(positions, out)) return out;
   const BitWord word(*this);
   auto* bits = static_cast<std::uint8_t*>(out.real_data());
   for (std::size_t k = 0; k < out.numel(); ++k)
@@ -182,10 +189,12 @@ std::unique_ptr<fi> fi::bitset(const HostArray& positions, const HostArray& valu
   const std::size_t n = static_cast<std::size_t>(numel_), np = positions.numel();
   // A scalar bit value goes with every position.
   if (values.numel() != 1 && values.dims() != positions.dims()) raise(Msg::FiBitsetArgSizeMismatch);
-  if (n > 1 && np > 1 && n != np) raise(Msg::FiBitsetSizeMismatch);
-  const bool byPositions = n == 1 && np > 1;
+  if (n != 1 && np != 1 && n != np) raise(Msg::FiBitsetSizeMismatch);
+  const bool byPositions = n == 1 && np != 1;
   std::vector<int> dims(dims_);
   if (byPositions) dims.assign(positions.dims().begin(), positions.dims().end());
+  if (n > 0 && (!byPositions || np > 0))
+    if (auto r = bulkBitset(positions, values, dims)) return r;
   auto r =
       std::make_unique<fi>(dims.data(), static_cast<int>(dims.size()), type_, math_, iscomplex());
   if (r->numel_ == 0) return r;

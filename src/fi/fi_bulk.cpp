@@ -13,6 +13,7 @@
 #include <cmath>
 #include <vector>
 
+#include "fi/bulk_parts.h"
 #include "fi/element_kernels.h"
 #include "fi/element_storage.h"
 #include "fi/fi.h"
@@ -21,17 +22,14 @@
 namespace corbel {
 namespace {
 
+using bulk::kBlock;
+using bulk::partOf;
+using bulk::shapeOf;
+
 constexpr int kDoubleBits = 52;
-// Elements per pass of the block loops: two blocks of doubles stay in the first-level cache.
-constexpr std::size_t kBlock = 1024;
 
 bool fitsDouble(const NumericType& t) {
   return t.isFixed() && !t.isSlopeBiasScaled() && t.getWordLength() <= kDoubleBits;
-}
-
-// The operand whose shape an element-wise result takes (the other one when this is scalar).
-const fi& shapeOf(const fi& a, const fi& b) {
-  return a.numel() == 1 ? b : a;
 }
 
 // Whether a quantizer has double bounds; the kernels need them.
@@ -46,15 +44,6 @@ bool qualifies(const fi& x) {
 
 // Double-backed types are at most 52 bits wide: their bounds fit 128 bits.
 using DoubleSpan = Span<int128>;
-
-// The data of one part of x for a block loop, with the step between its elements: the
-// zeros of a real array's imaginary part are one zero repeated.
-const number* partOf(const fi& x, bool imagPart, std::size_t& step) {
-  step = x.numel() == 1 ? 0 : 1;
-  if (!imagPart) return &x.real(0);
-  if (x.isreal()) step = 0;
-  return &x.imag(0);
-}
 
 }  // namespace
 

@@ -137,6 +137,8 @@ std::unique_ptr<fi> fi::select(const fi& b, bool larger) const {
     raise(larger ? Msg::FiMaxNumericTypeMismatch : Msg::FiMinNumericTypeMismatch);
   if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
   const fi& shape = numel_ == 1 ? b : *this;
+  if (shape.numel_ > 0)
+    if (auto r = bulkSelect(b, larger)) return r;
   const bool complex = iscomplex() || b.iscomplex();
   auto r = std::make_unique<fi>(shape.dims(), shape.ndims(), type_, math_, complex);
   // On a tie the left operand's element is kept.
@@ -175,10 +177,13 @@ void fi::reduceSelect(std::unique_ptr<fi>& values, HostArray& indices, int dim, 
   for (size_t k = static_cast<size_t>(d) + 1; k < outDims.size(); ++k) outer *= outDims[k];
   // An empty dimension stays empty; any other becomes one element long.
   if (length != 0) outDims[static_cast<size_t>(d)] = 1;
-  values = std::make_unique<fi>(outDims.data(), static_cast<int>(outDims.size()), type_, math_,
-                                iscomplex());
   indices = HostArray(HostClass::Double, std::vector<std::size_t>(outDims.begin(), outDims.end()));
   auto* index = static_cast<double*>(indices.real_data());
+  if (indices.numel() > 0 &&
+      (values = bulkReduceSelect(outDims, outer, stride, length, larger, index)))
+    return;
+  values = std::make_unique<fi>(outDims.data(), static_cast<int>(outDims.size()), type_, math_,
+                                iscomplex());
   if (length == 0) return;
   for (int o = 0; o < outer; ++o) {
     for (int s = 0; s < stride; ++s) {

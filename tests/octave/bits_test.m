@@ -34,6 +34,10 @@
 %!error id=velkora:fi:bitget:BITOutOfRange bitget (fi (1, 1, 8, 0), 0)
 %!error id=velkora:fi:bitAndXorOr:mixedNumericTypes bitand (fi (1, 1, 8, 0), fi (1, 1, 9, 0))
 %!error id=velkora:fi:bitSet:ArgSizeMismatch bitset (fi (1, 1, 8, 0), [1 2], [1 1 1])
+## No positions go with a scalar only.
+%!error id=velkora:fi:bitGet:sizeMismatch bitget (fi ([1 2 3], 0, 8, 0), [])
+%!error id=velkora:fi:bitSet:sizeMismatch bitset (fi ([1 2 3], 0, 8, 0), [])
+%!assert (size (bitget (fi (1, 0, 8, 0), zeros (1, 0))), [1 0])
 
 ## Radix text of the stored integers, and setting them from text.
 %!test
