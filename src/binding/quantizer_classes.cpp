@@ -6,6 +6,7 @@
 
 #include "binding/class_objects.h"
 #include "binding/table_templates.h"
+#include "fi/float_text.h"
 #include "quantize/slopebiasquantizer.h"
 
 namespace corbel {
@@ -210,9 +211,18 @@ std::pair<NumericType, fimath> textFormat(const Q& q, Msg notDefined) {
           math};
 }
 
+// Whether a quantizer's values are floating-point patterns for radix text: the double,
+// single and float modes with an exponent field.
+bool floatText(const Q& q) {
+  const auto mode = q.getMode();
+  return (mode == quantizer::Double || mode == quantizer::Single || mode == quantizer::Float) &&
+         q.getExponentlength() > 0;
+}
+
 // num2base(q, x, radix): the values x quantized onto the grid (without logging), as the radix
-// text of their stored integers. base2num(q, text, radix): the values of the text's stored
-// integers, a column of doubles in the order of the text.
+// text of their stored integers, or of their floating-point patterns. base2num(q, text,
+// radix): the values of the text's stored integers or patterns, a column of doubles in the
+// order of the text.
 template <class Cls, bool ToText>
 class QuantizerTextMethod : public XoMethodInfo {
  public:
@@ -224,10 +234,18 @@ class QuantizerTextMethod : public XoMethodInfo {
         .addResultType(AnyArray::type());
   }
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
-    const auto [type, math] =
-        textFormat(object_of<Q>(static_cast<XoInterface*>(inputs[0])),
-                   ToText ? Msg::QuantizerNum2baseNotDefined : Msg::QuantizerBase2numNotDefined);
+    const Q& q = object_of<Q>(static_cast<XoInterface*>(inputs[0]));
+    const Msg notDefined =
+        ToText ? Msg::QuantizerNum2baseNotDefined : Msg::QuantizerBase2numNotDefined;
     const HostArray& in = AnyArray::unbox(inputs[1]);
+    if (floatText(q)) {
+      const int radix = radix_argument(AnyArray::unbox(inputs[2]));
+      outputs[0] =
+          AnyArray::box(ToText ? floatRadixText(q, in, radix) : floatValuesFromText(q, in, radix));
+      *nout = 1;
+      return;
+    }
+    const auto [type, math] = textFormat(q, notDefined);
     const int radix = radix_argument(AnyArray::unbox(inputs[2]));
     if constexpr (ToText) {
       outputs[0] = AnyArray::box(fi(in, type, math).radixText(radix));

@@ -66,7 +66,26 @@
 %! assert (num2hex (q, 100), "7f");                       % saturated
 %! assert (bin2num (q, ["00001000"; "11111100"]), [0.5; -0.25]);
 %! assert (hex2num (q, "80 7f"), [-8; 127/16]);
-%!error id=velkora:quantizer:num2base:notdefined num2bin (quantizer ("double"), 1)
+%!error id=velkora:quantizer:num2base:notdefined num2bin (quantizer ("none"), 1)
+%!error id=velkora:quantizer:base2num:notdefined bin2num (quantizer ("boolean"), "1")
+
+## Floating-point grids write bit patterns: IEEE double and single agree with Octave's own
+## num2hex over random values of every size, subnormals, signed zeros, infinities and NaN;
+## any float grid reads back the values it quantizes to.
+%!test
+%! randn ("state", 12);
+%! x = [randn(1, 40) .* 2 .^ round(300 * randn (1, 40)), 0, -0, Inf, -Inf, NaN, 1e-310, -5e-324];
+%! assert (num2hex (quantizer ("double"), x(:)), num2hex (x(:)));
+%! xs = double (single (x(isfinite (single (x)) | ! isfinite (x))));
+%! assert (num2hex (quantizer ("single"), xs(:)), num2hex (single (xs(:))));
+%! assert (num2bin (quantizer ("float", [16 5]), [65504 70000 2^-24 1]),
+%!         "0111101111111111  0111110000000000  0000000000000001  0011110000000000");
+%! for format = {[16 5], [12 3], [40 9], [80 15]}
+%!   q = quantizer ("float", format{1});
+%!   y = quantize (q, randn (6, 1) .* 2 .^ round (4 * randn (6, 1)));
+%!   assert (bin2num (q, num2bin (q, y)), y);
+%!   assert (hex2num (q, num2hex (q, y)), y);
+%! endfor
 
 ## Stored integers in the smallest built-in integer class.
 %!test
