@@ -169,18 +169,27 @@ void fi::setStoredIntegers(const HostArray& values) {
   if (!values.is_numeric()) raise(Msg::FiIntNotNumeric);
   if (values.numel() != static_cast<std::size_t>(numel_) || (values.is_complex() && isreal_))
     raise(Msg::FiIntSizeMismatch);
-  const int w = getWordLength();
-  const double top = std::ldexp(1.0, getSigned() ? w - 1 : w);
-  const double lowest = getSigned() ? -top : 0.0;
-  // Every value is checked before any element changes.
+  // The range [lowest, top) of the stored integers.
+  Integer top, lowest;
+  mpz_setbit(top.v, static_cast<mp_bitcnt_t>(getSigned() ? getWordLength() - 1 : getWordLength()));
+  if (getSigned()) mpz_neg(lowest.v, top.v);
+  // Every value is checked before any element changes; 64-bit integers are read exactly.
   const std::size_t parts = values.is_complex() ? 2 : 1;
   std::vector<number> stored(parts * values.numel());
   Integer v;
   for (std::size_t k = 0; k < stored.size(); ++k) {
     const std::size_t i = k % values.numel();
-    const double x = k < values.numel() ? values.real_as_double(i) : values.imag_as_double(i);
-    if (x != std::trunc(x) || x < lowest || x >= top) raise(Msg::FiIntOutOfRange);
-    mpz_set_d(v.v, x);
+    const bool imagPart = k >= values.numel();
+    if (values.element_class() == HostClass::Int64) {
+      mpz_set_si(v.v, (imagPart ? values.imag<std::int64_t>() : values.real<std::int64_t>())[i]);
+    } else if (values.element_class() == HostClass::UInt64) {
+      mpz_set_ui(v.v, (imagPart ? values.imag<std::uint64_t>() : values.real<std::uint64_t>())[i]);
+    } else {
+      const double x = imagPart ? values.imag_as_double(i) : values.real_as_double(i);
+      if (!std::isfinite(x) || x != std::trunc(x)) raise(Msg::FiIntOutOfRange);
+      mpz_set_d(v.v, x);
+    }
+    if (mpz_cmp(v.v, lowest.v) < 0 || mpz_cmp(v.v, top.v) >= 0) raise(Msg::FiIntOutOfRange);
     stored[k].setvalue(v.v, type_.getFixedExponent());
   }
   for (int i = 0; i < numel_; ++i) {

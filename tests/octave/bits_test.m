@@ -96,6 +96,13 @@
 %! assert (class (storedInteger (fi (1, 1, 33, 0))), "int64");
 %! a.int = [1 -1];
 %! assert (double (a), [1 -1] / 256);
+%! ## 64-bit words go both ways exactly, past the integers a double holds.
+%! w = fi (0, 1, 64, 0);
+%! w.int = intmax ("int64") - 2;
+%! assert ({storedInteger(w), w.hex}, {intmax("int64") - 2, "7ffffffffffffffd"});
+%! u = fi (0, 0, 64, 0);
+%! u.int = intmax ("uint64");
+%! assert (u.hex, repmat ("f", 1, 16));
 %!error id=velkora:fi:int:wordTooLong storedInteger (fi (1, 1, 65, 0))
 %!error id=velkora:fi:int:outOfRange x = fi (1, 1, 8, 0); x.int = 128;
 
