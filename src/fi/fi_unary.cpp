@@ -3,6 +3,7 @@
 // smallest elements along a dimension). Each makes a new array; the operands never change.
 #include <gmp.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "fi/fi.h"
@@ -61,11 +62,31 @@ std::unique_ptr<fi> fi::pow2(long k) const {
 
 std::unique_ptr<fi> fi::scaledByPowerOfTwo(long k) const {
   auto r = std::make_unique<fi>(*this, WholeCopy);
-  if (r->mapDoubles(UnaryStep::Pow2, k)) return r;
-  for (int i = 0; i < r->numel_; ++i) r->realRef(i).pow2(k);
+  const int w = getWordLength();
+  const long e = type_.getFixedExponent();
+  // On a fixed-point grid a shift left by 2^20 saturates or wraps every nonzero element as a
+  // shift by the word length does, and one right by 2^20 rounds as one by W + 1 does: beyond
+  // those, the scaling stays within the multiprecision exponent range.
+  constexpr long kFar = 1L << 20;
+  if (type_.isFixed()) k = std::clamp(k, -kFar, kFar);
+  // Elements held in doubles go multiprecision where the scaled values leave the doubles'
+  // exponent range, and come back to doubles once quantized.
+  const bool beyondDoubles = type_.isFixed() && (e + k < -1000 || e + w + k > 1000);
+  if (!beyondDoubles && r->mapDoubles(UnaryStep::Pow2, k)) return r;
+  const auto scale = [&](number& x) {
+    if (beyondDoubles && x.isdouble())
+      x.setprecision(static_cast<unsigned long>(std::max(w, 53)), true);
+    x.pow2(k);
+  };
+  for (int i = 0; i < r->numel_; ++i) scale(r->realRef(i));
   if (r->iscomplex())
-    for (int i = 0; i < r->numel_; ++i) r->imagRef(i).pow2(k);
+    for (int i = 0; i < r->numel_; ++i) scale(r->imagRef(i));
   r->quantizeAll();
+  if (beyondDoubles && w <= 52 && !number::getDefaultForceMultiplePrecision())
+    for (int i = 0; i < r->numel_; ++i) {
+      r->realRef(i).setprecision(static_cast<unsigned long>(w), false);
+      if (r->iscomplex()) r->imagRef(i).setprecision(static_cast<unsigned long>(w), false);
+    }
   return r;
 }
 

@@ -24,6 +24,10 @@
 %! s = fi (1, 1, 8, 1.5, 0.25);                         % slope-bias scaling stays
 %! t = bitshift (s, 1);
 %! assert ({t.Slope, t.Bias}, {1.5, 0.25});
+%! ## Shifts far past the word: everything wraps out, or saturates, or rounds away.
+%! assert (double (bitshift (fi ([1 -1], 1, 8, 0, "OverflowMode", "wrap"), 2000)), [0 0]);
+%! assert (double (bitshift (fi ([1 -1], 1, 8, 0), 2^31 - 1)), [127 -128]);
+%! assert (double (pow2 (fi ([1 -1], 1, 8, 0, "RoundMode", "ceil"), -5000)), [1 0]);
 
 %!error id=velkora:fi:bitshift:notbuiltinnumeric bitshift (fi (1, 1, 8, 0), "a")
 %!error id=velkora:fi:bitshift:notscalar bitshift (fi (1, 1, 8, 0), [1 2])
