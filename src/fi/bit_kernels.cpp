@@ -77,6 +77,32 @@ CORBEL_CPU_CLONES bool bitwise(Bitwise op, const BitFormat& f, const number* a, 
   return false;
 }
 
+namespace {
+
+template <class Op>
+CORBEL_INLINE void wordwiseRun(const std::uint64_t* a, std::size_t sa, const std::uint64_t* b,
+                               std::size_t sb, std::uint64_t* out, std::size_t n, int limbs,
+                               Op op) {
+  const auto l = static_cast<std::size_t>(limbs);
+  for (std::size_t i = 0; i < n; ++i)
+    for (std::size_t j = 0; j < l; ++j) out[i * l + j] = op(a[i * sa * l + j], b[i * sb * l + j]);
+}
+
+}  // namespace
+
+CORBEL_CPU_CLONES void wordwise(Bitwise op, const std::uint64_t* a, std::size_t sa,
+                                const std::uint64_t* b, std::size_t sb, std::uint64_t* out,
+                                std::size_t n, int limbs) {
+  switch (op) {
+    case Bitwise::And:
+      return wordwiseRun(a, sa, b, sb, out, n, limbs, [](auto x, auto y) { return x & y; });
+    case Bitwise::Or:
+      return wordwiseRun(a, sa, b, sb, out, n, limbs, [](auto x, auto y) { return x | y; });
+    case Bitwise::Xor:
+      return wordwiseRun(a, sa, b, sb, out, n, limbs, [](auto x, auto y) { return x ^ y; });
+  }
+}
+
 CORBEL_CPU_CLONES void getBits(const BitFormat& f, const number* a, std::size_t sa,
                                const long* positions, std::size_t sp, std::uint8_t* bits,
                                std::size_t n) {

@@ -36,4 +36,10 @@ void setBits(const BitFormat& f, const number* a, std::size_t sa, const long* po
              std::size_t sp, const std::uint8_t* values, std::size_t sv, number* out,
              std::size_t n);
 
+// Stored integers of `limbs` 64-bit limbs each (two's complement, sign- or zero-extended from
+// the word): out[i] = a[i * sa] op b[i * sb] limb by limb (steps 0 or 1), which is the
+// extended result of the operation on the words.
+void wordwise(Bitwise op, const std::uint64_t* a, std::size_t sa, const std::uint64_t* b,
+              std::size_t sb, std::uint64_t* out, std::size_t n, int limbs);
+
 }  // namespace corbel::kernels

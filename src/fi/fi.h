@@ -436,6 +436,10 @@ class fi {
   // integers, as bulkSum and bulkProduct are on doubles.
   std::unique_ptr<fi> wideSum(const fi& b, const NumericType& T, bool subtract) const;
   std::unique_ptr<fi> wideProduct(const fi& b, const NumericType& P) const;
+  // bitand, bitor, bitxor and bitcmp of wide binary-point arrays on their stored integers,
+  // one operand at least holding them; null when they do not apply.
+  std::unique_ptr<fi> wideBitwise(const fi& b, BitOp op) const;
+  std::unique_ptr<fi> wideBitcmp() const;
 
   // over on double-backed binary-point arrays, in integer arithmetic; null when it does not
   // apply or a zero of the element path's own sign would arise.

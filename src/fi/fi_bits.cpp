@@ -116,7 +116,7 @@ std::size_t at(std::size_t n, std::size_t k) {
 std::unique_ptr<fi> fi::bitcmp() const {
   errorIfScaledDouble("bitcmp");
   if (numel_ > 0)
-    if (auto r = bulkBitcmp()) return r;
+    if (auto r = wide_ ? wideBitcmp() : bulkBitcmp()) return r;
   auto r = std::make_unique<fi>(*this, WholeCopy);
   if (r->numel_ == 0) return r;
   const BitWord word(*this);
@@ -132,7 +132,7 @@ std::unique_ptr<fi> fi::bitandorxor(const fi& b, BitOp op, const char* name) con
   if (numel_ != 1 && b.numel_ != 1) checkElementwiseSize(b);
   const fi& shape = numel_ == 1 ? b : *this;
   if (shape.numel_ > 0)
-    if (auto r = bulkBitwise(b, op)) return r;
+    if (auto r = wide_ || b.wide_ ? wideBitwise(b, op) : bulkBitwise(b, op)) return r;
   const bool complex = iscomplex() || b.iscomplex();
   auto r = std::make_unique<fi>(shape.dims(), shape.ndims(), type_, math_, complex);
   if (r->numel_ == 0) return r;

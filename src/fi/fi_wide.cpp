@@ -13,7 +13,9 @@
 #include <new>
 #include <vector>
 
+#include "fi/bit_kernels.h"
 #include "fi/element_storage.h"
+#include "fi/exact_values.h"
 #include "fi/fi.h"
 #include "fi/stored_span.h"
 #include "fi/wide_elements.h"
@@ -299,6 +301,59 @@ std::unique_ptr<fi> fi::wideProduct(const fi& b, const NumericType& P) const {
   if (n > 0) reg.realRef(0) = toNumber(last, e1, R.getWordLength());
   leaveIndicesAfterElementwise(b, *result);
   return result;
+}
+
+std::unique_ptr<fi> fi::wideBitwise(const fi& b, BitOp op) const {
+  if (getLogging() || !wideType(type_) || (!wide_ && !b.wide_)) return nullptr;
+  const fi& shape = numel_ == 1 ? b : *this;
+  const std::size_t n = static_cast<std::size_t>(shape.numel_);
+  const int limbs = storedLimbs(getWordLength());
+  const bool complex = iscomplex() || b.iscomplex();
+  auto wide = std::make_unique<WideElements>(limbs, type_.getFixedExponent(), getWordLength(), n);
+  const kernels::Bitwise kind = op == BitOp::And  ? kernels::Bitwise::And
+                                : op == BitOp::Or ? kernels::Bitwise::Or
+                                                  : kernels::Bitwise::Xor;
+  const auto run = [&](auto zero) {
+    using I = decltype(zero);
+    std::vector<I> sa, sb;
+    for (bool imagPart : {false, true}) {
+      if (imagPart && !complex) break;
+      kernels::StoredPart pa{}, pb{};
+      if (!operandPart(*this, wide_.get(), imagPart, sa, pa) ||
+          !operandPart(b, b.wide_.get(), imagPart, sb, pb))
+        return false;
+      // The zeros of a real part stand for any width.
+      const int la = imagPart && isreal_ ? limbs : pa.limbs;
+      const int lb = imagPart && b.isreal_ ? limbs : pb.limbs;
+      if (la != limbs || lb != limbs) return false;
+      kernels::wordwise(kind, static_cast<const std::uint64_t*>(pa.data), pa.step,
+                        static_cast<const std::uint64_t*>(pb.data), pb.step,
+                        static_cast<std::uint64_t*>(wide->allocate(imagPart)), n, limbs);
+    }
+    return true;
+  };
+  if (!(limbs == 2 ? run(int128(0)) : run(int256(0)))) return nullptr;
+  auto result =
+      std::unique_ptr<fi>(new fi(shape.dims(), shape.ndims(), type_, math_, Unfilled::Elements));
+  result->isreal_ = !complex;
+  result->wide_ = std::move(wide);
+  return result;
+}
+
+std::unique_ptr<fi> fi::wideBitcmp() const {
+  if (!wide_ || getLogging()) return nullptr;
+  // The complement is the exclusive or with the all-ones word, -1 or 2^W - 1 stored.
+  fi ones(1, 1, type_, math_, iscomplex());
+  Integer v;
+  if (getSigned()) {
+    mpz_set_si(v.v, -1);
+  } else {
+    mpz_setbit(v.v, static_cast<mp_bitcnt_t>(getWordLength()));
+    mpz_sub_ui(v.v, v.v, 1);
+  }
+  ones.realRef(0).setvalue(v.v, type_.getFixedExponent());
+  if (iscomplex()) ones.imagRef(0).setvalue(v.v, type_.getFixedExponent());
+  return wideBitwise(ones, BitOp::Xor);
 }
 
 }  // namespace corbel

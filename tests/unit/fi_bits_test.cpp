@@ -73,12 +73,19 @@ TEST(FiBits, OperationsFollowTheStoredIntegerModel) {
     const bool issigned = rng() % 2, complex = trial % 5 == 0;
     const int n = trial % 9 == 0 ? 1 : 5;
     auto a = randomNumbers(rng, state, {1, n}, issigned, f.wl, f.fl, m, complex);
-    const auto b = randomNumbers(rng, state, {1, trial % 4 == 0 ? 1 : 5}, issigned, f.wl, f.fl, m,
-                                 trial % 7 == 0);
+    auto b = randomNumbers(rng, state, {1, trial % 4 == 0 ? 1 : 5}, issigned, f.wl, f.fl, m,
+                           trial % 7 == 0);
+    if (f.wl >= 53 && trial % 2 == 0)
+      b = std::make_unique<fi>(
+          randomDoubles(rng, b->numel(), issigned, f.wl, f.fl, m, !b->isreal()), fi::WholeCopy);
     // Now and then a multiprecision first element over double-backed ones, or a double zero
     // first in a word of 64 bits or more (as zero-filled arrays hold).
     if (f.wl <= 52 && trial % 3 == 0) a->realRef(0) = number(a->realdouble(0), 80, true);
     if (f.wl >= 64 && trial % 3 == 1) a->realRef(0) = number::ondouble(0.0);
+    // Or, in a wide word, arrays made from doubles, which hold stored integers.
+    if (f.wl >= 53 && trial % 3 == 2)
+      a = std::make_unique<fi>(randomDoubles(rng, n, issigned, f.wl, f.fl, m, complex),
+                               fi::WholeCopy);
     const NumericType& t = a->getNumericType();
     mpz_t all, r;
     mpz_inits(all, r, nullptr);
@@ -139,6 +146,7 @@ TEST(FiBits, OperationsFollowTheStoredIntegerModel) {
     EXPECT_EQ(values(*a->bitcmp()->bitcmp()), values(*a));
     mpz_clears(all, r, nullptr);
   }
+  EXPECT_GT(sweep.held, 10) << "the stored-integer loops hardly ran";
 }
 
 TEST(FiBits, BitshiftScalesTheStoredIntegersAndKeepsTheScaling) {
