@@ -10,6 +10,7 @@
 #include "host/dispatcher.h"
 #include "host/xo_class.h"
 #include "host_values.h"
+#include "indexing.h"
 #include "octave_host.h"
 
 using namespace corbel;
@@ -88,11 +89,30 @@ void octave_corbel_object::make_instance_unique() {
   m_obj = copy.detach_object();
 }
 
+bool octave_corbel_object::indexable() const {
+  return dispatcher::has_method(m_obj, "subscriptedreference");
+}
+
+octave_value octave_corbel_object::element_call(const char* method, const NDArray& positions,
+                                                const octave_value* values) {
+  std::vector<HostArray> args{HostArray::make_object(m_obj), to_host(octave_value(positions))};
+  if (values) args.push_back(to_host(*values));
+  std::vector<HostArray> results = dispatcher::invoke(method, args, values ? 0 : 1);
+  return results.empty() ? octave_value() : to_octave(std::move(results.front()));
+}
+
 octave_value octave_corbel_object::subsref(const std::string& type,
                                            const std::list<octave_value_list>& idx) {
   const std::string cls = class_name();
   octave_value value = guarded([&] {
     if (!m_obj) raise(Msg::OctaveNeedsObject, "subsref");
+    if (type[0] == '(' && indexable()) {
+      const dim_vector dv = dims();
+      const octave_idx_type at = scalar_position(dv, idx.front());
+      NDArray positions = at > 0 ? NDArray(dim_vector(1, 1), static_cast<double>(at))
+                                 : index_positions(dv, idx.front());
+      return element_call("subscriptedreference", positions, nullptr);
+    }
     if (type[0] == '(') raise(Msg::OctaveIndexingNotSupported, cls.c_str());
     if (type[0] == '{') raise(Msg::OctaveBraceIndexing, cls.c_str());
     return get(idx.front()(0).xstring_value("a property name must be text"));
@@ -106,6 +126,10 @@ octave_value octave_corbel_object::subsasgn(const std::string& type,
   const std::string cls = class_name();
   guarded([&] {
     if (!m_obj) raise(Msg::OctaveNeedsObject, "subsasgn");
+    if (type[0] == '(' && type.size() == 1 && indexable()) {
+      assign_elements(idx.front(), rhs);
+      return;
+    }
     if (type[0] == '(') raise(Msg::OctaveIndexingNotSupported, cls.c_str());
     if (type[0] == '{') raise(Msg::OctaveBraceIndexing, cls.c_str());
     const std::string name = idx.front()(0).xstring_value("a property name must be text");
@@ -120,6 +144,27 @@ octave_value octave_corbel_object::subsasgn(const std::string& type,
     set(name, part);
   });
   return octave_value(this, true);
+}
+
+void octave_corbel_object::assign_elements(const octave_value_list& idx, const octave_value& rhs) {
+  const dim_vector dv = dims();
+  // One element in range, one value: in place.
+  const octave_idx_type at = scalar_position(dv, idx);
+  if (at > 0 && !rhs.isnull() && rhs.numel() == 1) {
+    make_instance_unique();
+    element_call("subsasgn", NDArray(dim_vector(1, 1), static_cast<double>(at)), &rhs);
+    return;
+  }
+  // Otherwise a new array laid out as Octave lays out doubles, growth and deletion included.
+  const dim_vector rhs_dims = rhs.dims();
+  const NDArray layout = assignment_layout(dv, idx, rhs.isnull() ? nullptr : &rhs_dims);
+  std::vector<HostArray> args{HostArray::make_object(m_obj), to_host(octave_value(layout))};
+  if (!rhs.isnull()) args.push_back(to_host(rhs));
+  std::vector<HostArray> results = dispatcher::invoke("subscriptedgrowassignment", args, 1);
+  XoInterface* made = results.empty() ? nullptr : results.front().detach_object();
+  if (!made) raise(Msg::OctaveResultClass, "subscriptedgrowassignment");
+  m_obj->release();
+  m_obj = made;
 }
 
 octave_value octave_corbel_object::resize(const dim_vector&, bool) const {

@@ -65,6 +65,13 @@ class octave_corbel_object : public octave_base_value {
  private:
   octave_value get(const std::string& property) const;
   void set(const std::string& property, const octave_value& value);
+  // Whether the instance has elements to index (a fi).
+  bool indexable() const;
+  // Calls an element method with this instance, positions and (for an assignment) values.
+  octave_value element_call(const char* method, const NDArray& positions,
+                            const octave_value* values);
+  // a(idx) = rhs and a(idx) = [].
+  void assign_elements(const octave_value_list& idx, const octave_value& rhs);
   // Makes the instance this value's own before it is changed in place: the library may
   // hold further references to it (an object stored in another object's property).
   void make_instance_unique();

@@ -380,6 +380,58 @@ class FiExtremumMethod : public XoMethodInfo {
   }
 };
 
+// Elements by position, with positions and layouts as real double arrays (see fi.h):
+// subsref(A, P) gives the values there as doubles, subscriptedreference(A, P) as a new fi,
+// subsasgn(A, P, V) assigns in place, subscriptedgrowassignment(A, L[, V]) makes a new fi.
+enum class ByPosition { Values, Reference, Assign, Layout };
+
+// The values of an assignment: a fi, or a built-in numeric or logical array.
+fi::AssignedValues assignedValues(const HostArray& v) {
+  fi::AssignedValues out;
+  if (XoInterface* object = v.object()) {
+    if (object->getClass() != FiXoClass::getInstance()) raise(Msg::FiAssignedNotNumeric);
+    out.array = &object_of<fi>(object);
+  } else {
+    out.host = &v;
+  }
+  return out;
+}
+
+template <ByPosition K>
+class FiByPositionMethod : public XoMethodInfo {
+ public:
+  explicit FiByPositionMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    XoDataType* any = AnyArray::type();
+    auto& sig = addSignature().addArgType(self).addArgType(any);
+    if constexpr (K == ByPosition::Values) sig.addResultType(any);
+    if constexpr (K == ByPosition::Reference) sig.addResultType(self);
+    if constexpr (K == ByPosition::Assign) sig.addArgType(any);
+    if constexpr (K == ByPosition::Layout) {
+      sig.addResultType(self);
+      addSignature().addArgType(self).addArgType(any).addArgType(any).addResultType(self);
+    }
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int nargs,
+                    void** inputs) override {
+    fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    const HostArray& positions = AnyArray::unbox(inputs[1]);
+    *nout = 1;
+    if constexpr (K == ByPosition::Values) {
+      outputs[0] = AnyArray::box(a.elementsAt(positions)->toHostDouble());
+    } else if constexpr (K == ByPosition::Reference) {
+      outputs[0] = wrapFi(a.elementsAt(positions));
+    } else if constexpr (K == ByPosition::Assign) {
+      a.assignAt(positions, assignedValues(AnyArray::unbox(inputs[2])));
+      *nout = 0;
+    } else {
+      const fi::AssignedValues none;
+      outputs[0] = wrapFi(
+          a.rearranged(positions, nargs > 2 ? assignedValues(AnyArray::unbox(inputs[2])) : none));
+    }
+  }
+};
+
 // The property and method classes, one per row.
 #define CORBEL_FI_PROPERTY(Part, name, ...) using Fi##Part##PropInfo = __VA_ARGS__;
 #include "binding/fi_properties.def"

@@ -271,6 +271,26 @@ class fi {
   // How many numbers such text holds.
   static int radixTextCount(const HostArray& text);
 
+  // ---- Elements by position (fi_indexing.cpp) --------------------------------------------
+  // Values to assign: a fi's elements, or a built-in numeric or logical host array's.
+  struct AssignedValues {
+    const fi* array = nullptr;
+    const HostArray* host = nullptr;
+    std::size_t count() const;
+    bool complex() const;
+    void check() const;
+  };
+  // A new array shaped like `positions` (a real double array of one-based positions into
+  // this array) holding the elements there.
+  std::unique_ptr<fi> elementsAt(const HostArray& positions) const;
+  // Assigns into the elements at the positions one value each, or the one value to all; a
+  // complex value makes the array complex, and an all-zero imaginary part is dropped.
+  void assignAt(const HostArray& positions, const AssignedValues& from);
+  // A new array shaped like `layout` (a real double array): an entry -p takes this array's
+  // element p, p > 0 assigns value p of `from`, and 0 is a zero. The new array continues
+  // this array's log.
+  std::unique_ptr<fi> rearranged(const HostArray& layout, const AssignedValues& from) const;
+
   // ---- Limits of the type (fi_bounds.cpp) -----------------------------------------------
   // 1x1 arrays of this type and fimath: the largest value, the smallest positive one, the
   // value of the least significant bit, and the lower and upper bounds; intmax and intmin
@@ -479,6 +499,9 @@ class fi {
   void releaseData();
   // Stores a real-world double into an element and quantizes it.
   void storeDouble(number& element, double v);
+  // Stores value q (its imaginary part with imagPart) of `from` into an element of this
+  // array as an assignment does.
+  void assignValue(number& element, const AssignedValues& from, std::size_t q, bool imagPart);
   // Sets the default precision of new numbers for this type (at least `precision`).
   void useTypePrecision(unsigned long precision = 0) const;
   template <class Op>

@@ -49,9 +49,9 @@
 %! b = a;  b.fimath = F;  F.RoundMode = "fix";
 %! assert ({b.RoundMode, F.RoundMode}, {"ceil", "fix"});
 
-## Indexing and conditions are refused with identifiers until they are offered.
-%!error id=velkora:fi:indexingNotSupported a(1)
-%!error id=velkora:fi:indexingNotSupported a(2) = 1;
+## Indexing of objects without elements and conditions are refused with identifiers.
+%!error id=velkora:fi:indexingNotSupported T(1)
+%!error id=velkora:fi:indexingNotSupported T(2) = 1;
 %!error id=velkora:fi:badindex a{1}
 %!error id=velkora:fi:notACondition if (a) end
 %!error id=velkora:fi:indexingNotSupported clear q; q(2) = a;

@@ -1,0 +1,20 @@
+// Index expressions on an array of Corbel elements, turned into the positions and layouts the
+// library's element methods take, by Octave's own indexing of double arrays, so that every
+// index form, growth rule and index error is Octave's.
+#pragma once
+
+#include <octave/oct.h>
+
+namespace corbel::octave_host {
+
+// The one-based position that subscripts all real double scalars within the dimensions
+// name, or 0 when the index takes the general way.
+octave_idx_type scalar_position(const dim_vector& dv, const octave_value_list& idx);
+// The positions a(idx) reads, shaped like the result.
+NDArray index_positions(const dim_vector& dv, const octave_value_list& idx);
+// The layout of the array after a(idx) = v, for v of dimensions rhs, or after a(idx) = []
+// when rhs is null: -p keeps element p, p > 0 takes value p, 0 is a new zero.
+NDArray assignment_layout(const dim_vector& dv, const octave_value_list& idx,
+                          const dim_vector* rhs);
+
+}  // namespace corbel::octave_host

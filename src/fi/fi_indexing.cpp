@@ -1,0 +1,138 @@
+// fi: elements by position. The host layer turns its index forms (subscripts, ranges,
+// logical masks, colons, growth and deletion) into one-based positions into this array's
+// elements in column-major order, or into a layout of a new array; these functions take
+// them as they come, check them, and copy or assign the elements. An assigned value is
+// carried across types by its real-world value and quantized by the target's assignment
+// quantizer (its logging twin when logging is on), reported as an "assignment". Every value
+// is formed before the array changes, so a refused assignment leaves it as it was.
+#include <cmath>
+#include <vector>
+
+#include "fi/exact_values.h"
+#include "fi/fi.h"
+#include "host/messages.h"
+
+namespace corbel {
+namespace {
+
+// The entries of a real double array, each an integer.
+const double* integerEntries(const HostArray& a, Msg error) {
+  if (a.element_class() != HostClass::Double || a.is_complex()) raise(error);
+  const double* p = a.real<double>();
+  for (std::size_t k = 0; k < a.numel(); ++k)
+    if (p[k] != std::trunc(p[k])) raise(error);
+  return p;
+}
+
+// Zero-based positions, each checked against n elements.
+std::vector<std::size_t> positionsOf(const HostArray& a, int n) {
+  const double* p = integerEntries(a, Msg::FiPositionOutOfRange);
+  std::vector<std::size_t> out(a.numel());
+  for (std::size_t k = 0; k < out.size(); ++k) {
+    if (!(p[k] >= 1 && p[k] <= n)) raise(Msg::FiPositionOutOfRange);
+    out[k] = static_cast<std::size_t>(p[k]) - 1;
+  }
+  return out;
+}
+
+std::vector<int> dimsOf(const HostArray& a) {
+  return std::vector<int>(a.dims().begin(), a.dims().end());
+}
+
+}  // namespace
+
+std::size_t fi::AssignedValues::count() const {
+  return array ? static_cast<std::size_t>(array->numel()) : (host ? host->numel() : 0);
+}
+
+bool fi::AssignedValues::complex() const {
+  return array ? array->iscomplex() : host && host->is_complex();
+}
+
+void fi::AssignedValues::check() const {
+  if (host && !host->is_numeric() && host->element_class() != HostClass::Logical)
+    raise(Msg::FiAssignedNotNumeric);
+}
+
+void fi::assignValue(number& element, const AssignedValues& from, std::size_t q, bool imagPart) {
+  if (from.array) {
+    const fi& a = *from.array;
+    const number& v = imagPart ? a.imag(static_cast<int>(q)) : a.real(static_cast<int>(q));
+    if (!isSlopeBiasScaled() && !a.isSlopeBiasScaled()) {
+      element = v;
+      quantizeElement(element);
+    } else {
+      Rational x;
+      realWorld(x.v, v, a.type_);
+      storeRealWorld(element, x.v);
+    }
+    return;
+  }
+  storeDouble(element, imagPart ? from.host->imag_as_double(q) : from.host->real_as_double(q));
+}
+
+std::unique_ptr<fi> fi::elementsAt(const HostArray& positions) const {
+  const std::vector<std::size_t> at = positionsOf(positions, numel_);
+  const std::vector<int> dims = dimsOf(positions);
+  auto r =
+      std::make_unique<fi>(dims.data(), static_cast<int>(dims.size()), type_, math_, iscomplex());
+  for (std::size_t k = 0; k < at.size(); ++k) {
+    const int i = static_cast<int>(at[k]), out = static_cast<int>(k);
+    r->realRef(out) = real(i);
+    if (iscomplex()) r->imagRef(out) = imag(i);
+  }
+  return r;
+}
+
+void fi::assignAt(const HostArray& positions, const AssignedValues& from) {
+  from.check();
+  const std::vector<std::size_t> at = positionsOf(positions, numel_);
+  const std::size_t count = from.count();
+  if (count != 1 && count != at.size()) raise(Msg::FiAssignedCount);
+  const bool complex = from.complex();
+  // The new values first, then the elements.
+  std::vector<number> re(at.size()), im(complex ? at.size() : 0);
+  for (std::size_t k = 0; k < at.size(); ++k) {
+    const std::size_t q = count == 1 ? 0 : k;
+    assignValue(re[k], from, q, false);
+    if (complex) assignValue(im[k], from, q, true);
+  }
+  if (complex) coordinateComplexity(true);
+  for (std::size_t k = 0; k < at.size(); ++k) {
+    const int i = static_cast<int>(at[k]);
+    realRef(i) = re[k];
+    if (!isreal_) imagRef(i) = complex ? im[k] : zeroNumber();
+  }
+  freeImagIfZero();
+  if (getLogging()) displaySubsasgnLogging(filog_);
+}
+
+std::unique_ptr<fi> fi::rearranged(const HostArray& layout, const AssignedValues& from) const {
+  from.check();
+  const double* p = integerEntries(layout, Msg::FiLayoutBad);
+  const double count = static_cast<double>(from.count());
+  for (std::size_t k = 0; k < layout.numel(); ++k)
+    if (p[k] < -numel_ || p[k] > count) raise(Msg::FiLayoutBad);
+  const std::vector<int> dims = dimsOf(layout);
+  const bool complex = iscomplex() || from.complex();
+  // The new array continues this array's log.
+  auto r = std::make_unique<fi>(dims.data(), static_cast<int>(dims.size()), type_, math_, complex,
+                                filog_);
+  for (std::size_t k = 0; k < layout.numel(); ++k) {
+    const int out = static_cast<int>(k);
+    if (p[k] < 0) {
+      const int i = static_cast<int>(-p[k]) - 1;
+      r->realRef(out) = real(i);
+      if (complex) r->imagRef(out) = imag(i);
+    } else if (p[k] > 0) {
+      const auto q = static_cast<std::size_t>(p[k]) - 1;
+      r->assignValue(r->realRef(out), from, q, false);
+      if (complex) r->assignValue(r->imagRef(out), from, q, true);
+    }
+  }
+  r->freeImagIfZero();
+  if (getLogging()) r->displaySubsasgnLogging(r->filog_);
+  return r;
+}
+
+}  // namespace corbel

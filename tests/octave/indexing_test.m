@@ -1,0 +1,85 @@
+## Indexing and assignment of fi arrays, against the same expressions on Octave doubles.
+
+## Reading: over shapes from empty to 3-d and every index form, a(idx) holds exactly the
+## elements d(idx) of the doubles d = double (a), in d(idx)'s shape, with a's type.
+%!test
+%! rand ("seed", 21);
+%! shapes = {[0 0], [1 1], [1 5], [4 1], [3 4], [2 3 2]};
+%! for s = 1:numel (shapes)
+%!   d = round (16 * (rand (shapes{s}) - 0.5)) / 8;
+%!   a = fi (d, 1, 8, 3);
+%!   n = numel (d);
+%!   forms = {{":"}, {logical(rand (size (d)) > 0.5)}};
+%!   if (n > 0)
+%!     forms = [forms, {{n}, {[1 n 1]}, {n:-1:1}, {1, ":"}, {":", size(d, 2)}, {(d > 0)(:).'}}];
+%!   endif
+%!   for f = 1:numel (forms)
+%!     idx = forms{f};
+%!     r = a(idx{:});
+%!     assert (double (r), d(idx{:}));
+%!     assert ({r.WordLength, r.FractionLength}, {8, 3});
+%!   endfor
+%!   if (n > 0)
+%!     assert (double (a(end)), d(end));
+%!   endif
+%! endfor
+
+## Writing: scalars in place, ranges, masks, growth with zeros and deletion, each against the
+## same assignment on the doubles; values of other types are quantized into a's type.
+%!test
+%! rand ("seed", 22);
+%! for trial = 1:30
+%!   sz = [1 + floor(3 * rand), 1 + floor(4 * rand)];
+%!   d = round (16 * (rand (sz) - 0.5)) / 16;
+%!   a = fi (d, 1, 10, 4);
+%!   v = round (16 * (rand - 0.5)) / 16;
+%!   switch (mod (trial, 6))
+%!     case 0
+%!       k = 1 + floor (numel (d) * rand);  a(k) = v;  d(k) = v;
+%!     case 1
+%!       a(:, 1) = v;  d(:, 1) = v;
+%!     case 2
+%!       m = d > 0;  a(m) = fi (v, 1, 6, 2);  d(m) = double (fi (v, 1, 6, 2));
+%!     case 3
+%!       a(sz(1) + 1, sz(2) + 2) = v;  d(sz(1) + 1, sz(2) + 2) = v;
+%!     case 4
+%!       a(:, 1) = [];  d(:, 1) = [];
+%!     case 5
+%!       a(1, end + 1) = int8 (1);  d(1, end + 1) = 1;
+%!   endswitch
+%!   assert (double (a), d);
+%!   assert (a.WordLength, 10);
+%! endfor
+
+## A value is rounded and overflowed by a's fimath; a complex value makes a complex, and an
+## all-zero imaginary part is dropped again.
+%!test
+%! a = fi ([0 0 0], 1, 8, 4, "RoundMode", "floor");
+%! a(1) = 0.09;   a(2) = 100;   a(3) = fi (-1.5, 1, 16, 12);
+%! assert (double (a), [0.0625, 127/16, -1.5]);
+%! a(2) = 1 + 0.5i;
+%! assert ({isreal(a), double(a(2))}, {false, 1 + 0.5i});
+%! a(2) = 0;
+%! assert (isreal (a), true);
+%! b = a;  b(1) = 1;
+%! assert (double (a(1)), 0.0625);   % value semantics
+%! assert (a(3).WordLength, 8);
+
+## Overflows in an assignment warn under logging, named "assignment".
+%!test
+%! fipref_logging = fi (0);
+%! fipref_logging.Logging = true;
+%! unwind_protect
+%!   a = fi ([0 0], 1, 8, 4);
+%!   lastwarn ("");
+%!   a(1) = 100;
+%!   [msg, id] = lastwarn ();
+%!   assert ({id, msg}, {"fi:overflow", "1 overflow occurred in the fi assignment operation."});
+%! unwind_protect_cleanup
+%!   fipref_logging.Logging = false;
+%! end_unwind_protect
+
+%!error id=Octave:index-out-of-bounds a = fi ([1 2 3]); a(4)
+%!error id=Octave:nonconformant-args a = fi ([1 2 3]); a(1:2) = [1 2 3];
+%!error id=velkora:fi:subsasgn:notNumeric a = fi ([1 2 3]); a(1) = "x";
+%!error id=velkora:fi:subsasgn:notNumeric a = fi ([1 2 3]); a(1) = numerictype (1, 8);

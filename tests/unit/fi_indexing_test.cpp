@@ -1,0 +1,78 @@
+// Elements by position: what the host layer's positions and layouts do to a fi, the values
+// carried across types by their real-world values, and refusals that change nothing.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "expect_error.h"
+#include "fi/fi.h"
+#include "fi_sweep.h"
+
+namespace corbel {
+namespace {
+
+HostArray row(std::vector<double> v) {
+  return HostArray::make_double_matrix(1, v.size(), v);
+}
+
+fi array(std::vector<double> v, const NumericType& t, const fimath& m = fimath()) {
+  const int dims[] = {1, static_cast<int>(v.size())};
+  return fi(v.data(), nullptr, dims, 2, t, m);
+}
+
+TEST(FiIndexing, PositionsLayoutsAndValuesAcrossTypes) {
+  const fi a = array({0.5, -0.25, 1.75}, NumericType(true, 8, 4));
+  const auto r = a.elementsAt(row({3, 1, 3}));
+  EXPECT_EQ(exactParts(*r), (std::vector<std::string>{"7/4", "+0", "1/2", "+0", "7/4", "+0"}));
+
+  // A slope-bias value enters a binary-point array by its real-world value, and back.
+  const NumericType sb(DataTypeModeEnum::FixedSlopeBias, true, 8, 1.5, -2, 0.25);
+  const fi s(0.25 + 1.5 * 0.25 * 3, sb, fimath());
+  fi b(a, fi::WholeCopy);
+  b.assignAt(row({2}), {&s, nullptr});
+  EXPECT_EQ(b.realdouble(1), 1.375);
+  fi c(s, fi::WholeCopy);
+  const auto first = a.elementsAt(row({1}));
+  c.assignAt(row({1}), {first.get(), nullptr});
+  EXPECT_EQ(c.realdouble(0) * 1.5 + 0.25, 0.25 + 1.5 * 0.25);  // 0.5 rounds to 0.25 + 1.5/4
+
+  // Layout: keep element 3, a zero, value 2, keep element 1; a wide type keeps every bit.
+  const fi w = array({0.5, -0.25, 1.75}, NumericType(true, 100, 90));
+  const HostArray values = row({0.125, 0x1p-80});
+  const auto g = w.rearranged(row({-3, 0, 2, -1}), {nullptr, &values});
+  EXPECT_EQ(exactParts(*g),
+            (std::vector<std::string>{"7/4", "+0", "+0", "+0", "1/1208925819614629174706176", "+0",
+                                      "1/2", "+0"}));
+}
+
+TEST(FiIndexing, RefusalsChangeNothing) {
+  fi a = array({0.5, -0.25, 1.75}, NumericType(true, 8, 4));
+  const std::vector<std::string> before = exactParts(a);
+  const std::string range = "Positions must be integers from 1 to the number of elements.";
+  expect_error([&] { a.elementsAt(row({4})); }, "velkora:fi:index:outOfRange", range);
+  expect_error([&] { a.elementsAt(row({1.5})); }, "velkora:fi:index:outOfRange", range);
+  const HostArray two = row({1, 2});
+  expect_error(
+      [&] {
+        a.assignAt(row({1, 2, 3}), {nullptr, &two});
+      },
+      "velkora:fi:subsasgn:sizeMismatch",
+      "There must be one assigned value, or one for each position.");
+  const HostArray nan = row({0.25, std::nan("")});
+  EXPECT_THROW(a.assignAt(row({1, 2}), {nullptr, &nan}), HostError);
+  const HostArray text = HostArray::make_text("x");
+  expect_error(
+      [&] {
+        a.assignAt(row({1}), {nullptr, &text});
+      },
+      "velkora:fi:subsasgn:notNumeric",
+      "Values assigned into a fi must be numeric, logical or fi.");
+  expect_error([&] { a.rearranged(row({-4}), {}); }, "velkora:fi:index:badLayout",
+               "A layout entry must name an element of the array or of the assigned values.");
+  EXPECT_EQ(exactParts(a), before);
+}
+
+}  // namespace
+}  // namespace corbel
