@@ -1,12 +1,12 @@
 // The operator functions of the Corbel value type and their installation.
 #include "operators.h"
 
+#include <octave/parse.h>
+
 #include <array>
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include <octave/parse.h>
 
 #include "corbel_object.h"
 #include "guard.h"
@@ -31,8 +31,40 @@ constexpr const char* method_of(Binary op) {
       return "times";
     case octave_value::op_mul:
       return "mtimes";
+    case octave_value::op_lt:
+      return "lt";
+    case octave_value::op_le:
+      return "le";
+    case octave_value::op_eq:
+      return "eq";
+    case octave_value::op_ge:
+      return "ge";
+    case octave_value::op_gt:
+      return "gt";
+    case octave_value::op_ne:
+      return "ne";
     default:
       return nullptr;
+  }
+}
+
+constexpr bool is_relation(Binary op) {
+  return op >= octave_value::op_lt && op <= octave_value::op_ne;
+}
+
+// The relation that holds between b and a when op holds between a and b.
+constexpr Binary swapped(Binary op) {
+  switch (op) {
+    case octave_value::op_lt:
+      return octave_value::op_gt;
+    case octave_value::op_le:
+      return octave_value::op_ge;
+    case octave_value::op_ge:
+      return octave_value::op_le;
+    case octave_value::op_gt:
+      return octave_value::op_lt;
+    default:
+      return op;
   }
 }
 
@@ -95,6 +127,21 @@ octave_value corbel_binary(const octave_base_value& a, const octave_base_value& 
 template <Binary Op>
 octave_value mixed_binary(const octave_base_value& a, const octave_base_value& b) {
   if constexpr (is_division(Op)) return divide(Op, a, b);
+  if constexpr (is_relation(Op)) {
+    // The Corbel operand goes first, the relation turned round when it was second.
+    XoInterface* x = object_in(a);
+    const bool first = x != nullptr;
+    if (!first) x = object_in(b);
+    const char* method = method_of(first ? Op : swapped(Op));
+    if (!x || !dispatcher::has_method(x, method)) refuse(Op, a, b);
+    return guarded([&] {
+      const octave_base_value& other = first ? b : a;
+      const std::array<HostArray, 2> args{
+          HostArray::make_object(x),
+          to_host(octave_value(const_cast<octave_base_value*>(&other), true))};
+      return to_octave(std::move(dispatcher::invoke(method, args, 1).at(0)));
+    });
+  }
   refuse(Op, a, b);
 }
 

@@ -385,11 +385,12 @@ class FiExtremumMethod : public XoMethodInfo {
 // subsasgn(A, P, V) assigns in place, subscriptedgrowassignment(A, L[, V]) makes a new fi.
 enum class ByPosition { Values, Reference, Assign, Layout };
 
-// The values of an assignment: a fi, or a built-in numeric or logical array.
-fi::AssignedValues assignedValues(const HostArray& v) {
-  fi::AssignedValues out;
+// The values of an operand or an assignment: a fi, or a built-in numeric or logical array;
+// any other object raises `error`.
+fi::ValueSource valueSource(const HostArray& v, Msg error = Msg::FiAssignedNotNumeric) {
+  fi::ValueSource out;
   if (XoInterface* object = v.object()) {
-    if (object->getClass() != FiXoClass::getInstance()) raise(Msg::FiAssignedNotNumeric);
+    if (object->getClass() != FiXoClass::getInstance()) raise(error);
     out.array = &object_of<fi>(object);
   } else {
     out.host = &v;
@@ -422,15 +423,42 @@ class FiByPositionMethod : public XoMethodInfo {
     } else if constexpr (K == ByPosition::Reference) {
       outputs[0] = wrapFi(a.elementsAt(positions));
     } else if constexpr (K == ByPosition::Assign) {
-      a.assignAt(positions, assignedValues(AnyArray::unbox(inputs[2])));
+      a.assignAt(positions, valueSource(AnyArray::unbox(inputs[2])));
       *nout = 0;
     } else {
-      const fi::AssignedValues none;
+      const fi::ValueSource none;
       outputs[0] = wrapFi(
-          a.rearranged(positions, nargs > 2 ? assignedValues(AnyArray::unbox(inputs[2])) : none));
+          a.rearranged(positions, nargs > 2 ? valueSource(AnyArray::unbox(inputs[2])) : none));
     }
   }
 };
+
+// eq, ne, lt, le, gt, ge (A, B): a host logical array; binaryop_isequal (A, B): a logical
+// scalar. B is a fi or a built-in numeric or logical array.
+template <auto Compare>
+class FiRelationMethod : public XoMethodInfo {
+ public:
+  explicit FiRelationMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    addSignature()
+        .addArgType(self_type<FiXoClass>())
+        .addArgType(AnyArray::type())
+        .addResultType(AnyArray::type());
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    const fi::ValueSource b = valueSource(AnyArray::unbox(inputs[1]), Msg::FiOperandNotNumeric);
+    outputs[0] = AnyArray::box(Compare(a, b));
+    *nout = 1;
+  }
+};
+
+template <fi::Relation R>
+HostArray relation(const fi& a, const fi::ValueSource& b) {
+  return a.compare(b, R);
+}
+HostArray isequalOf(const fi& a, const fi::ValueSource& b) {
+  return HostArray::make_logical(a.isequalTo(b));
+}
 
 // The property and method classes, one per row.
 #define CORBEL_FI_PROPERTY(Part, name, ...) using Fi##Part##PropInfo = __VA_ARGS__;

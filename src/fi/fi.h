@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/host_array.h"
+#include "host/messages.h"
 #include "number/number.h"
 #include "quantize/loggingquantizer.h"
 #include "quantize/qlogger.h"
@@ -272,24 +273,36 @@ class fi {
   static int radixTextCount(const HostArray& text);
 
   // ---- Elements by position (fi_indexing.cpp) --------------------------------------------
-  // Values to assign: a fi's elements, or a built-in numeric or logical host array's.
-  struct AssignedValues {
+  // The values of an operand or of an assignment: a fi's elements, or a built-in numeric or
+  // logical host array's.
+  struct ValueSource {
     const fi* array = nullptr;
     const HostArray* host = nullptr;
     std::size_t count() const;
     bool complex() const;
-    void check() const;
+    // Raises `error` for a host array that is neither numeric nor logical.
+    void check(Msg error) const;
   };
   // A new array shaped like `positions` (a real double array of one-based positions into
   // this array) holding the elements there.
   std::unique_ptr<fi> elementsAt(const HostArray& positions) const;
   // Assigns into the elements at the positions one value each, or the one value to all; a
   // complex value makes the array complex, and an all-zero imaginary part is dropped.
-  void assignAt(const HostArray& positions, const AssignedValues& from);
+  void assignAt(const HostArray& positions, const ValueSource& from);
   // A new array shaped like `layout` (a real double array): an entry -p takes this array's
   // element p, p > 0 assigns value p of `from`, and 0 is a zero. The new array continues
   // this array's log.
-  std::unique_ptr<fi> rearranged(const HostArray& layout, const AssignedValues& from) const;
+  std::unique_ptr<fi> rearranged(const HostArray& layout, const ValueSource& from) const;
+
+  // ---- Comparisons (fi_comparison.cpp) ----------------------------------------------------
+  // A logical array of this array's relation to b element by element (a scalar on either
+  // side goes with every element of the other), on exact values: a built-in double compares
+  // by its own value, NaN is unordered. Complex values order by magnitude, then by angle in
+  // (-pi, pi], as Octave orders complex doubles.
+  enum class Relation { Eq, Ne, Lt, Le, Gt, Ge };
+  HostArray compare(const ValueSource& b, Relation r) const;
+  // Whether b has this array's size and values (types and fimath aside).
+  bool isequalTo(const ValueSource& b) const;
 
   // ---- Limits of the type (fi_bounds.cpp) -----------------------------------------------
   // 1x1 arrays of this type and fimath: the largest value, the smallest positive one, the
@@ -501,7 +514,7 @@ class fi {
   void storeDouble(number& element, double v);
   // Stores value q (its imaginary part with imagPart) of `from` into an element of this
   // array as an assignment does.
-  void assignValue(number& element, const AssignedValues& from, std::size_t q, bool imagPart);
+  void assignValue(number& element, const ValueSource& from, std::size_t q, bool imagPart);
   // Sets the default precision of new numbers for this type (at least `precision`).
   void useTypePrecision(unsigned long precision = 0) const;
   template <class Op>

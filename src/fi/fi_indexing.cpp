@@ -41,20 +41,19 @@ std::vector<int> dimsOf(const HostArray& a) {
 
 }  // namespace
 
-std::size_t fi::AssignedValues::count() const {
+std::size_t fi::ValueSource::count() const {
   return array ? static_cast<std::size_t>(array->numel()) : (host ? host->numel() : 0);
 }
 
-bool fi::AssignedValues::complex() const {
+bool fi::ValueSource::complex() const {
   return array ? array->iscomplex() : host && host->is_complex();
 }
 
-void fi::AssignedValues::check() const {
-  if (host && !host->is_numeric() && host->element_class() != HostClass::Logical)
-    raise(Msg::FiAssignedNotNumeric);
+void fi::ValueSource::check(Msg error) const {
+  if (host && !host->is_numeric() && host->element_class() != HostClass::Logical) raise(error);
 }
 
-void fi::assignValue(number& element, const AssignedValues& from, std::size_t q, bool imagPart) {
+void fi::assignValue(number& element, const ValueSource& from, std::size_t q, bool imagPart) {
   if (from.array) {
     const fi& a = *from.array;
     const number& v = imagPart ? a.imag(static_cast<int>(q)) : a.real(static_cast<int>(q));
@@ -84,8 +83,8 @@ std::unique_ptr<fi> fi::elementsAt(const HostArray& positions) const {
   return r;
 }
 
-void fi::assignAt(const HostArray& positions, const AssignedValues& from) {
-  from.check();
+void fi::assignAt(const HostArray& positions, const ValueSource& from) {
+  from.check(Msg::FiAssignedNotNumeric);
   const std::vector<std::size_t> at = positionsOf(positions, numel_);
   const std::size_t count = from.count();
   if (count != 1 && count != at.size()) raise(Msg::FiAssignedCount);
@@ -107,8 +106,8 @@ void fi::assignAt(const HostArray& positions, const AssignedValues& from) {
   if (getLogging()) displaySubsasgnLogging(filog_);
 }
 
-std::unique_ptr<fi> fi::rearranged(const HostArray& layout, const AssignedValues& from) const {
-  from.check();
+std::unique_ptr<fi> fi::rearranged(const HostArray& layout, const ValueSource& from) const {
+  from.check(Msg::FiAssignedNotNumeric);
   const double* p = integerEntries(layout, Msg::FiLayoutBad);
   const double count = static_cast<double>(from.count());
   for (std::size_t k = 0; k < layout.numel(); ++k)

@@ -1,14 +1,17 @@
 // Elements by position: what the host layer's positions and layouts do to a fi, the values
-// carried across types by their real-world values, and refusals that change nothing.
+// carried across types by their real-world values, and refusals that change nothing; and
+// the relations against exact rationals at word lengths past the doubles'.
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "expect_error.h"
 #include "fi/fi.h"
 #include "fi_sweep.h"
+#include "random_formats.h"
 
 namespace corbel {
 namespace {
@@ -72,6 +75,36 @@ TEST(FiIndexing, RefusalsChangeNothing) {
   expect_error([&] { a.rearranged(row({-4}), {}); }, "velkora:fi:index:badLayout",
                "A layout entry must name an element of the array or of the assigned values.");
   EXPECT_EQ(exactParts(a), before);
+}
+
+TEST(FiComparison, RelationsFollowExactValues) {
+  std::mt19937_64 rng(51);
+  GmpRandom random(51);
+  const fi::Relation relations[] = {fi::Relation::Eq, fi::Relation::Ne, fi::Relation::Lt,
+                                    fi::Relation::Le, fi::Relation::Gt, fi::Relation::Ge};
+  for (int trial = 0; trial < 100; ++trial) {
+    const int wl = std::vector<int>{8, 32, 53, 64, 100}[trial % 5];
+    const int fa = static_cast<int>(rng() % 20) - 4, fb = static_cast<int>(rng() % 20) - 4;
+    const bool signedA = rng() % 2, signedB = rng() % 2;
+    const auto a = randomNumbers(rng, random.state, {2, 3}, signedA, wl, fa, fimath(), false);
+    auto b = randomNumbers(rng, random.state, {2, 3}, signedB, wl, fb, fimath(), false);
+    // Equal values now and then, in b's own type.
+    for (int i = 0; i < 6; i += 2)
+      b->assignAt(row({i + 1.0}), {a->elementsAt(row({i + 1.0})).get(), nullptr});
+    for (fi::Relation r : relations) {
+      const HostArray got = a->compare({b.get(), nullptr}, r);
+      for (int i = 0; i < 6; ++i) {
+        const int c = mpq_cmp(Q(a->real(i)).v, Q(b->real(i)).v);
+        const bool want = r == fi::Relation::Eq   ? c == 0
+                          : r == fi::Relation::Ne ? c != 0
+                          : r == fi::Relation::Lt ? c < 0
+                          : r == fi::Relation::Le ? c <= 0
+                          : r == fi::Relation::Gt ? c > 0
+                                                  : c >= 0;
+        ASSERT_EQ(got.real<bool>()[i], want) << wl << " " << i;
+      }
+    }
+  }
 }
 
 }  // namespace
