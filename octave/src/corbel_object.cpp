@@ -3,6 +3,7 @@
 
 #include <octave/pr-output.h>
 
+#include <array>
 #include <iterator>
 
 #include "class_names.h"
@@ -165,6 +166,34 @@ void octave_corbel_object::assign_elements(const octave_value_list& idx, const o
   if (!made) raise(Msg::OctaveResultClass, "subscriptedgrowassignment");
   m_obj->release();
   m_obj = made;
+}
+
+octave_value octave_corbel_object::reshape(const dim_vector& dims) const {
+  if (!m_obj || !indexable()) return octave_base_value::reshape(dims);
+  return guarded([&] {
+    RowVector sizes(dims.ndims());
+    for (int i = 0; i < dims.ndims(); ++i) sizes(i) = static_cast<double>(dims(i));
+    const std::array<HostArray, 2> args{HostArray::make_object(m_obj),
+                                        to_host(octave_value(sizes))};
+    return to_octave(std::move(dispatcher::invoke("fi_reshape", args, 1).at(0)));
+  });
+}
+
+octave_value octave_corbel_object::squeeze() const {
+  if (!m_obj || !indexable()) return octave_base_value::squeeze();
+  return guarded([&] {
+    const std::array<HostArray, 1> args{HostArray::make_object(m_obj)};
+    return to_octave(std::move(dispatcher::invoke("squeeze", args, 1).at(0)));
+  });
+}
+
+octave_value octave_corbel_object::permute(const Array<int>& order, bool inverse) const {
+  if (!m_obj || !indexable()) return octave_base_value::permute(order, inverse);
+  return guarded([&] {
+    const NDArray positions = permuted_positions(dims(), order, inverse);
+    return const_cast<octave_corbel_object*>(this)->element_call("subscriptedreference", positions,
+                                                                 nullptr);
+  });
 }
 
 octave_value octave_corbel_object::resize(const dim_vector&, bool) const {

@@ -57,6 +57,10 @@ class octave_corbel_object : public octave_base_value {
   octave_value subsasgn(const std::string& type, const std::list<octave_value_list>& idx,
                         const octave_value& rhs) override;
   octave_value resize(const dim_vector&, bool = false) const override;
+  // reshape, squeeze and permute of an array of elements.
+  octave_value reshape(const dim_vector& dims) const override;
+  octave_value squeeze() const override;
+  octave_value permute(const Array<int>& order, bool inverse = false) const override;
 
   void print(std::ostream& os, bool pr_as_read_syntax = false) override;
   void print_raw(std::ostream& os, bool pr_as_read_syntax = false) const override;

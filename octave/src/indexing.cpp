@@ -54,4 +54,8 @@ NDArray assignment_layout(const dim_vector& dv, const octave_value_list& idx,
   return layout;
 }
 
+NDArray permuted_positions(const dim_vector& dv, const Array<int>& order, bool inverse) {
+  return numbered(dv, false).permute(order, inverse);
+}
+
 }  // namespace corbel::octave_host

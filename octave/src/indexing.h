@@ -17,4 +17,7 @@ NDArray index_positions(const dim_vector& dv, const octave_value_list& idx);
 NDArray assignment_layout(const dim_vector& dv, const octave_value_list& idx,
                           const dim_vector* rhs);
 
+// The positions of permute (a, order) (or its inverse), shaped like the result.
+NDArray permuted_positions(const dim_vector& dv, const Array<int>& order, bool inverse);
+
 }  // namespace corbel::octave_host

@@ -99,7 +99,6 @@ int OctaveHost::call_function(std::string_view name, std::span<HostArray> output
   return 0;
 }
 
-
 void OctaveHost::call_builtin_method(std::string_view method, std::span<HostArray> outputs,
                                      std::span<const HostArray> inputs, XoErrorStatus& status) {
   std::string identifier, message;

@@ -147,7 +147,16 @@ octave_value mixed_binary(const octave_base_value& a, const octave_base_value& b
 
 // The method behind a unary operator; null when there is none.
 constexpr const char* method_of(Unary op) {
-  return op == octave_value::op_uminus ? "uminus" : nullptr;
+  switch (op) {
+    case octave_value::op_uminus:
+      return "uminus";
+    case octave_value::op_transpose:
+      return "transpose";
+    case octave_value::op_hermitian:
+      return "ctranspose";
+    default:
+      return nullptr;
+  }
 }
 
 template <Unary Op>

@@ -460,6 +460,28 @@ HostArray isequalOf(const fi& a, const fi::ValueSource& b) {
   return HostArray::make_logical(a.isequalTo(b));
 }
 
+// fi_reshape(A, S): A's elements under the dimensions in the real vector S.
+class FiReshapeMethod : public XoMethodInfo {
+ public:
+  explicit FiReshapeMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    addSignature().addArgType(self).addArgType(AnyArray::type()).addResultType(self);
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    const HostArray& sizes = AnyArray::unbox(inputs[1]);
+    if (!sizes.is_numeric() || sizes.is_complex()) raise(Msg::FiReshapeCount);
+    std::vector<int> dims(sizes.numel());
+    for (std::size_t k = 0; k < dims.size(); ++k) {
+      const double d = sizes.real_as_double(k);
+      if (!(d >= 0 && d <= 2147483647.0) || d != std::trunc(d)) raise(Msg::FiReshapeCount);
+      dims[k] = static_cast<int>(d);
+    }
+    outputs[0] = wrapFi(a.reshaped(dims));
+    *nout = 1;
+  }
+};
+
 // The property and method classes, one per row.
 #define CORBEL_FI_PROPERTY(Part, name, ...) using Fi##Part##PropInfo = __VA_ARGS__;
 #include "binding/fi_properties.def"

@@ -294,6 +294,15 @@ class fi {
   // this array's log.
   std::unique_ptr<fi> rearranged(const HostArray& layout, const ValueSource& from) const;
 
+  // ---- Shape (fi_shape.cpp) ---------------------------------------------------------------
+  // New arrays with this array's elements rearranged: transpose and conjugate transpose of a
+  // matrix, the same elements in column-major order under new dimensions (as many elements),
+  // and without singleton dimensions beyond the second.
+  std::unique_ptr<fi> transpose() const;
+  std::unique_ptr<fi> ctranspose() const;
+  std::unique_ptr<fi> reshaped(const std::vector<int>& dims) const;
+  std::unique_ptr<fi> squeeze() const;
+
   // ---- Comparisons (fi_comparison.cpp) ----------------------------------------------------
   // A logical array of this array's relation to b element by element (a scalar on either
   // side goes with every element of the other), on exact values: a built-in double compares
@@ -512,6 +521,9 @@ class fi {
   void releaseData();
   // Stores a real-world double into an element and quantizes it.
   void storeDouble(number& element, double v);
+  // A new array of the given shape whose element k is this array's element at[k].
+  std::unique_ptr<fi> gathered(const std::vector<std::size_t>& at,
+                               const std::vector<int>& dims) const;
   // Stores value q (its imaginary part with imagPart) of `from` into an element of this
   // array as an assignment does.
   void assignValue(number& element, const ValueSource& from, std::size_t q, bool imagPart);

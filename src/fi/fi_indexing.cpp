@@ -71,16 +71,7 @@ void fi::assignValue(number& element, const ValueSource& from, std::size_t q, bo
 }
 
 std::unique_ptr<fi> fi::elementsAt(const HostArray& positions) const {
-  const std::vector<std::size_t> at = positionsOf(positions, numel_);
-  const std::vector<int> dims = dimsOf(positions);
-  auto r =
-      std::make_unique<fi>(dims.data(), static_cast<int>(dims.size()), type_, math_, iscomplex());
-  for (std::size_t k = 0; k < at.size(); ++k) {
-    const int i = static_cast<int>(at[k]), out = static_cast<int>(k);
-    r->realRef(out) = real(i);
-    if (iscomplex()) r->imagRef(out) = imag(i);
-  }
-  return r;
+  return gathered(positionsOf(positions, numel_), dimsOf(positions));
 }
 
 void fi::assignAt(const HostArray& positions, const ValueSource& from) {

@@ -79,6 +79,22 @@
 %!   fipref_logging.Logging = false;
 %! end_unwind_protect
 
+## Shape changes, against the same ones on the doubles: transposes (the conjugate one
+## negating through the quantizer), reshape, squeeze, permute, and the Octave functions built
+## on indexing.
+%!test
+%! d = [1 2 3; 4 5 6] / 8 + 1i * [0 1 0; 0 0 -1] / 8;
+%! a = fi (d, 1, 8, 4);
+%! shapes = {@(x) x.', @(x) x', @(x) reshape (x, 3, 2), @(x) reshape (x, [], 1), ...
+%!           @fliplr, @flipud, @(x) circshift (x, 1, 2), @(x) repmat (x, 2, 3), ...
+%!           @(x) permute (reshape (x, 1, 3, 2), [3 1 2]), @(x) squeeze (reshape (x, 1, 1, 6))};
+%! for k = 1:numel (shapes)
+%!   assert (double (shapes{k} (a)), shapes{k} (d));
+%! endfor
+%! assert (double (fi (-128i, 1, 8, 0)'), 127i);
+%!error id=velkora:fi:transpose:notDefinedForND x = fi (ones (2, 2, 2)).';
+%!error id=velkora:fi:reshape:badSize reshape (fi ([1 2 3]), 2, 2)
+
 %!error id=Octave:index-out-of-bounds a = fi ([1 2 3]); a(4)
 %!error id=Octave:nonconformant-args a = fi ([1 2 3]); a(1:2) = [1 2 3];
 %!error id=velkora:fi:subsasgn:notNumeric a = fi ([1 2 3]); a(1) = "x";

@@ -54,8 +54,7 @@
 %!error id=velkora:fi:operatorNotSupported a ^ 2
 %!error id=velkora:fi:operatorNotSupported -__corbel_new__ ("fimath")
 %!error id=velkora:fi:operatorNotSupported !a
-%!error id=velkora:fi:operatorNotSupported a'
-%!error id=velkora:fi:operatorNotSupported a.'
+%!error id=velkora:fi:operatorNotSupported __corbel_new__ ("fimath")'
 
 ## Concatenation and assignment into built-in arrays.
 %!error id=velkora:fi:concatenationNotSupported [a, b]

@@ -74,7 +74,7 @@ TEST_F(BindingTables, FiNamesInOrder) {
   const Names methods = {
       "disp", "numberofelements", "isfi", "isfixed", "isfloat", "isdouble", "isscaleddouble",
       "issingle", "isboolean", "isscaledtype", "isempty", "isscalar", "iscolumn", "isrow",
-      "isvector", "isreal", "stripscaling", "maxlog", "minlog", "noverflows", "nunderflows", "noperations",
+      "isvector", "isreal", "fi_reshape", "squeeze", "transpose", "ctranspose", "stripscaling", "maxlog", "minlog", "noverflows", "nunderflows", "noperations",
       "nmathoperations", "numerictype", "fimath", "bin", "data", "dec", "double", "hex", "int", "oct", "realmax", "realmin", "fieps", "intmax", "intmin",
       "range", "lowerbound", "upperbound", "uminus", "conj", "pow2", "bitshift", "bitcmp", "bitand", "bitor", "bitxor", "bitget",
       "bitset", "plus", "minus",
