@@ -196,9 +196,21 @@ octave_value octave_corbel_object::permute(const Array<int>& order, bool inverse
   });
 }
 
-octave_value octave_corbel_object::resize(const dim_vector&, bool) const {
-  // Octave resizes the first element of '[a, b]' before it concatenates.
-  octave_raise(Msg::OctaveConcatenationNotSupported, class_name().c_str());
+octave_value octave_corbel_object::resize(const dim_vector& dv, bool) const {
+  // Octave resizes the first element of '[a, b]' before it concatenates: the elements keep
+  // their subscripts, and the new ones are zeros.
+  if (!m_obj || !indexable())
+    octave_raise(Msg::OctaveConcatenationNotSupported, class_name().c_str());
+  return guarded([&] {
+    const std::array<HostArray, 2> args{HostArray::make_object(m_obj),
+                                        to_host(octave_value(resized_layout(dims(), dv)))};
+    return to_octave(std::move(dispatcher::invoke("subscriptedgrowassignment", args, 1).at(0)));
+  });
+}
+
+void octave_corbel_object::place(const octave_value& values, const Array<octave_idx_type>& at) {
+  make_instance_unique();
+  element_call("subsasgn", placed_positions(dims(), values.dims(), at), &values);
 }
 
 void octave_corbel_object::print(std::ostream& os, bool pr_as_read_syntax) {

@@ -57,6 +57,9 @@ class octave_corbel_object : public octave_base_value {
   octave_value subsasgn(const std::string& type, const std::list<octave_value_list>& idx,
                         const octave_value& rhs) override;
   octave_value resize(const dim_vector&, bool = false) const override;
+  // Assigns the elements of `values` into the block of this array that starts at the
+  // zero-based subscripts `at` (concatenation).
+  void place(const octave_value& values, const Array<octave_idx_type>& at);
   // reshape, squeeze and permute of an array of elements.
   octave_value reshape(const dim_vector& dims) const override;
   octave_value squeeze() const override;

@@ -1,6 +1,7 @@
 // Positions and layouts of index expressions, from Octave's indexing of double arrays.
 #include "indexing.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace corbel::octave_host {
@@ -56,6 +57,32 @@ NDArray assignment_layout(const dim_vector& dv, const octave_value_list& idx,
 
 NDArray permuted_positions(const dim_vector& dv, const Array<int>& order, bool inverse) {
   return numbered(dv, false).permute(order, inverse);
+}
+
+NDArray resized_layout(const dim_vector& dv, const dim_vector& to) {
+  NDArray layout = numbered(dv, true);
+  layout.resize(to, 0.0);
+  return layout;
+}
+
+NDArray placed_positions(const dim_vector& dv, const dim_vector& block,
+                         const Array<octave_idx_type>& at) {
+  NDArray positions(block);
+  double* p = positions.fortran_vec();
+  const int nd = block.ndims();
+  Array<octave_idx_type> s(dim_vector(nd, 1), 0);  // the block subscript, first fastest
+  for (octave_idx_type k = 0; k < positions.numel(); ++k) {
+    octave_idx_type linear = 0, stride = 1;
+    const int all = std::max(nd, static_cast<int>(dv.ndims()));
+    for (int i = 0; i < all; ++i) {
+      const octave_idx_type sub = (i < nd ? s(i) : 0) + (i < at.numel() ? at(i) : 0);
+      linear += sub * stride;
+      stride *= i < dv.ndims() ? dv(i) : 1;
+    }
+    p[k] = static_cast<double>(linear + 1);
+    for (int i = 0; i < nd && ++s(i) == block(i); ++i) s(i) = 0;
+  }
+  return positions;
 }
 
 }  // namespace corbel::octave_host

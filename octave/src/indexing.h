@@ -20,4 +20,11 @@ NDArray assignment_layout(const dim_vector& dv, const octave_value_list& idx,
 // The positions of permute (a, order) (or its inverse), shaped like the result.
 NDArray permuted_positions(const dim_vector& dv, const Array<int>& order, bool inverse);
 
+// The layout of an array of dimensions dv resized to `to`, elements keeping their subscripts.
+NDArray resized_layout(const dim_vector& dv, const dim_vector& to);
+// The positions in an array of dimensions dv of a block of dimensions block starting at the
+// zero-based subscripts `at`, shaped like the block.
+NDArray placed_positions(const dim_vector& dv, const dim_vector& block,
+                         const Array<octave_idx_type>& at);
+
 }  // namespace corbel::octave_host

@@ -174,10 +174,41 @@ octave_value corbel_unary(const octave_base_value& a) {
                a.class_name().c_str());
 }
 
-octave_value refuse_concatenation(const octave_base_value& acc, const octave_base_value& elt,
-                                  const Array<octave_idx_type>&) {
+[[noreturn]] void refuse_concatenation(const octave_base_value& acc, const octave_base_value& elt) {
   const octave_base_value& corbel = object_in(elt) ? elt : acc;
   octave_raise(Msg::OctaveConcatenationNotSupported, corbel.class_name().c_str());
+}
+
+bool has_elements(XoInterface* x) {
+  return x && dispatcher::has_method(x, "subscriptedreference");
+}
+
+// [acc, elt] and [acc; elt]: Octave has made acc (the first operand, or what the earlier ones
+// made) the size of the result; elt goes into it at the subscripts `at`. The result takes the
+// type and fimath of the first fi: a built-in acc becomes a fi of elt's numerictype and
+// fimath, and elt's values are quantized into the result's type.
+octave_value concatenate(const octave_base_value& acc, const octave_base_value& elt,
+                         const Array<octave_idx_type>& at) {
+  XoInterface* x = object_in(acc);
+  XoInterface* y = object_in(elt);
+  if ((x && !has_elements(x)) || (y && !has_elements(y))) refuse_concatenation(acc, elt);
+  return guarded([&] {
+    octave_value target;
+    if (x) {
+      target = octave_value(acc.clone());
+    } else {
+      const std::array<HostArray, 1> self{HostArray::make_object(y)};
+      octave_value_list args;
+      args(0) = octave_value(const_cast<octave_base_value*>(&acc), true);
+      args(1) = to_octave(std::move(dispatcher::invoke("numerictype", self, 1).at(0)));
+      args(2) = to_octave(std::move(dispatcher::invoke("fimath", self, 1).at(0)));
+      target = octave::feval("fi", args, 1)(0);
+    }
+    auto& result =
+        static_cast<octave_corbel_object&>(const_cast<octave_base_value&>(target.get_rep()));
+    result.place(octave_value(const_cast<octave_base_value*>(&elt), true), at);
+    return target;
+  });
 }
 
 octave_value refuse_assignment(octave_base_value& lhs, const octave_value_list&,
@@ -230,15 +261,15 @@ void install_operators(octave::type_info& ti) {
   const int me = octave_corbel_object::static_type_id();
   install_binary(ti, me, me, BinaryOps{});
   install_unary(ti, me, UnaryOps{});
-  ti.install_cat_op(me, me, refuse_concatenation);
+  ti.install_cat_op(me, me, concatenate);
 
   const string_vector names = ti.installed_type_names();  // index == type id
   for (octave_idx_type t = 0; t < names.numel(); ++t) {
     if (t == me || !is_builtin_value_type(names(t))) continue;
     const int other = static_cast<int>(t);
     install_binary(ti, me, other, BinaryOps{});
-    ti.install_cat_op(me, other, refuse_concatenation);
-    ti.install_cat_op(other, me, refuse_concatenation);
+    ti.install_cat_op(me, other, concatenate);
+    ti.install_cat_op(other, me, concatenate);
     ti.install_assign_op(octave_value::op_asn_eq, other, me, refuse_assignment);
   }
 }

@@ -95,6 +95,21 @@
 %!error id=velkora:fi:transpose:notDefinedForND x = fi (ones (2, 2, 2)).';
 %!error id=velkora:fi:reshape:badSize reshape (fi ([1 2 3]), 2, 2)
 
+## Concatenation takes the first fi's type and fimath; every other value is quantized into
+## it, built-in ones included, in either place.
+%!test
+%! a = fi ([1 2; 3 4] / 8, 1, 8, 4);
+%! b = fi ([5; 6] / 8, 1, 16, 12);
+%! c = [a b];
+%! assert ({double(c), c.WordLength, c.FractionLength}, {[1 2 5; 3 4 6] / 8, 8, 4});
+%! assert (double ([a; a]), [1 2; 3 4; 1 2; 3 4] / 8);
+%! assert (double ([a, [0.5; 100]]), [1/8 2/8 0.5; 3/8 4/8 127/16]);   % 100 saturates
+%! f = [[0.5, 0.75]; a];
+%! assert ({class(f), f.WordLength, double(f)}, {"embedded.fi", 8, [0.5 0.75; [1 2; 3 4] / 8]});
+%! assert (size (cat (3, a, a, a)), [2 2 3]);
+%! assert (double (horzcat (a, int8 ([1; -1]))), [[1 2; 3 4] / 8, [1; -1]]);
+%!error id=velkora:fi:concatenationNotSupported x = [fi(1), numerictype(1, 8)];
+
 %!error id=Octave:index-out-of-bounds a = fi ([1 2 3]); a(4)
 %!error id=Octave:nonconformant-args a = fi ([1 2 3]); a(1:2) = [1 2 3];
 %!error id=velkora:fi:subsasgn:notNumeric a = fi ([1 2 3]); a(1) = "x";

@@ -56,11 +56,9 @@
 %!error id=velkora:fi:operatorNotSupported !a
 %!error id=velkora:fi:operatorNotSupported __corbel_new__ ("fimath")'
 
-## Concatenation and assignment into built-in arrays.
-%!error id=velkora:fi:concatenationNotSupported [a, b]
-%!error id=velkora:fi:concatenationNotSupported [a; 1]
-%!error id=velkora:fi:concatenationNotSupported [1, a]
-%!error id=velkora:fi:concatenationNotSupported [int16(1), a]
+## Concatenation of objects without elements, and assignment into built-in arrays.
+%!error id=velkora:fi:concatenationNotSupported [__corbel_new__("fimath"), a]
+%!error id=velkora:fi:concatenationNotSupported [a; __corbel_new__("fimath")]
 %!error <An embedded.fi value cannot be assigned into elements of a double array>
 %! x = zeros (2);  x(2) = a;
 %!error id=velkora:fi:assignmentNotSupported x = int8 ([1 2]);  x(1) = a;
