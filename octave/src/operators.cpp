@@ -124,9 +124,32 @@ octave_value corbel_binary(const octave_base_value& a, const octave_base_value& 
   }
 }
 
+constexpr bool is_arithmetic(Binary op) {
+  return op == octave_value::op_add || op == octave_value::op_sub ||
+         op == octave_value::op_el_mul || op == octave_value::op_mul;
+}
+
+// A fi with a built-in operand: the M-file layer (__corbel_mixed__.m) makes the built-in one
+// a fi, then applies the operator.
+octave_value arithmetic_with_builtin(Binary op, const octave_base_value& a,
+                                     const octave_base_value& b) {
+  octave_value_list args;
+  args(0) = octave_value(const_cast<octave_base_value*>(&a), true);
+  args(1) = octave_value(const_cast<octave_base_value*>(&b), true);
+  args(2) = octave_value(octave_value::binary_op_as_string(op));
+  return octave::feval("__corbel_mixed__", args, 1)(0);
+}
+
 template <Binary Op>
 octave_value mixed_binary(const octave_base_value& a, const octave_base_value& b) {
   if constexpr (is_division(Op)) return divide(Op, a, b);
+  if constexpr (is_arithmetic(Op)) {
+    XoInterface* x = object_in(a) ? object_in(a) : object_in(b);
+    const octave_base_value& other = object_in(a) ? b : a;
+    const bool numeric = other.isnumeric() || other.islogical();
+    if (!x || !numeric || !dispatcher::has_method(x, "subscriptedreference")) refuse(Op, a, b);
+    return arithmetic_with_builtin(Op, a, b);
+  }
   if constexpr (is_relation(Op)) {
     // The Corbel operand goes first, the relation turned round when it was second.
     XoInterface* x = object_in(a);

@@ -37,20 +37,28 @@
 %!     "Operator '%s' is not supported for embedded.fi and embedded.fi operands.",
 %!     others{k, 2}));
 %! end
-%! operands = {1, [1 2], single(1), int8(1), uint64([1 2]), true, 1+2i, "x", 1:3, []};
-%! classes = {"double", "double", "single", "int8", "uint64", "logical", "double", ...
-%!            "char", "double", "double"};
-%! for k = 1:numel (operands)
-%!   refused (@(x, y) x + y, a, operands{k},
-%!            ["Operator '+' is not supported for embedded.fi and " classes{k} " operands."]);
-%!   refused (@(x, y) x .* y, operands{k}, a,
-%!            ["Operator '.*' is not supported for " classes{k} " and embedded.fi operands."]);
-%! end
+%! refused (@(x, y) x + y, a, "x", "Operator '+' is not supported for embedded.fi and char operands.");
+%! refused (@(x, y) x .* y, "x", a, "Operator '.*' is not supported for char and embedded.fi operands.");
+
+## Built-in operands become fi values with the other operand's fimath: integers in their own
+## type, logicals as u1,0, doubles at the fi's word length with the best precision for their
+## values (signed when the fi is, or when a value is negative).
+%!test
+%! x = fi ([0.25 -0.5], 1, 16, 12);
+%! y = x + 0.5;
+%! assert ({double(y), y.WordLength, y.FractionLength}, {[0.75 0], 20, 15});
+%! assert (double (2 * x), [0.5 -1]);
+%! z = x .* int8 ([3 -3]);
+%! assert ({double(z), z.WordLength, z.FractionLength}, {[0.75 1.5], 24, 12});
+%! assert (double (x - true), [-0.75 -1.5]);
+%! assert (double ([1 2] - x), [0.75 2.5]);
+%! u = fi (0.5, 0, 8, 7);
+%! assert ((u + (-0.25)).Signed, true);
 %!error <Operator '\+' is not supported for embedded.fi and embedded.fimath operands>
 %! a + __corbel_new__ ("fimath");
 %!error <Operator '\+' is not supported for embedded.fimath and embedded.fimath operands>
 %! __corbel_new__ ("fimath") + __corbel_new__ ("fimath");
-%!error id=velkora:fi:operatorNotSupported plus (a, 2)
+%!error id=velkora:fi:operatorNotSupported plus (a, "x")
 %!error id=velkora:fi:operatorNotSupported a ^ 2
 %!error id=velkora:fi:operatorNotSupported -__corbel_new__ ("fimath")
 %!error id=velkora:fi:operatorNotSupported !a
