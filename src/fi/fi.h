@@ -272,6 +272,15 @@ class fi {
   // How many numbers such text holds.
   static int radixTextCount(const HostArray& text);
 
+  // ---- Other host conversions (fi_conversions.cpp) ---------------------------------------
+  // The values as singles (each double rounded to single); every element from a numeric or
+  // logical array of as many values, as an assignment; and the stored integers in the word
+  // layout (see fi_conversions.cpp), both ways.
+  HostArray toHostSingle() const;
+  void setValues(const HostArray& values);
+  HostArray tessaronArray() const;
+  void setTessaronArray(const HostArray& values);
+
   // ---- Elements by position (fi_indexing.cpp) --------------------------------------------
   // The values of an operand or of an assignment: a fi's elements, or a built-in numeric or
   // logical host array's.

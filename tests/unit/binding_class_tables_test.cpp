@@ -66,16 +66,14 @@ TEST_F(BindingTables, FiNamesInOrder) {
       "ProductSlopeAdjustmentFactor", "ProductBias", "SumMode", "SumWordLength",
       "MaxSumWordLength", "SumFractionLength", "SumFixedExponent", "SumSlope",
       "SumSlopeAdjustmentFactor", "SumBias", "CastBeforeSum", "CStyle", "Logging",
-      "isautoscaled",
-      // "double", "data", "intarray" and "tessaronarray" arrive with the conversions.
-      "int", "bin", "oct", "dec", "hex", "noverflows", "nunderflows", "maxlog", "minlog", "LastPropertySet"};
+      "isautoscaled", "double", "data", "int", "intarray", "tessaronarray", "bin", "oct", "dec", "hex", "noverflows", "nunderflows", "maxlog", "minlog", "LastPropertySet"};
   EXPECT_EQ(own_properties(*FiXoClass::getInstance()), properties);
   // The methods whose operations exist, in their places in the order.
   const Names methods = {
       "disp", "numberofelements", "isfi", "isfixed", "isfloat", "isdouble", "isscaleddouble",
       "issingle", "isboolean", "isscaledtype", "isempty", "isscalar", "iscolumn", "isrow",
       "isvector", "isreal", "fi_reshape", "squeeze", "transpose", "ctranspose", "stripscaling", "maxlog", "minlog", "noverflows", "nunderflows", "noperations",
-      "nmathoperations", "numerictype", "fimath", "bin", "data", "dec", "double", "hex", "int", "oct", "realmax", "realmin", "fieps", "intmax", "intmin",
+      "nmathoperations", "numerictype", "fimath", "bin", "data", "dec", "double", "single", "hex", "int", "intarray", "oct", "tessaronarray", "realmax", "realmin", "fieps", "intmax", "intmin",
       "range", "lowerbound", "upperbound", "uminus", "conj", "pow2", "bitshift", "bitcmp", "bitand", "bitor", "bitxor", "bitget",
       "bitset", "plus", "minus",
       "times", "mtimes", "binaryop_complex", "binary_max", "binary_min", "unary_max",

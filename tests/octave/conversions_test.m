@@ -1,0 +1,34 @@
+## Conversions of fi values to built-in classes and the value and word properties.
+
+## Integer classes round as Octave's integer conversion rounds and saturate, against the same
+## conversion of the doubles; past 53 bits they stay exact.
+%!test
+%! d = [2.5 -2.5 1000 -0.4375 0.5 -1000];
+%! a = fi (d, 1, 16, 4);
+%! for c = {"int8", "uint8", "int16", "uint16", "int32", "uint32", "int64", "uint64"}
+%!   f = str2func (c{1});
+%!   assert (f (a), f (d));
+%! endfor
+%! w = fi (0, 1, 64, 0);
+%! w.int = intmax ("int64") - 3;
+%! assert (int64 (w), intmax ("int64") - 3);
+%! assert (logical (fi ([0 0.25 -1])), [false true true]);
+%! assert ({class(single (a)), single(a)}, {"single", single(d)});
+%!error id=velkora:fi:int:complex int8 (fi (1i))
+
+## double and data set every value through the quantizer; tessaronarray gives words of 32
+## bits past 64 bits, least significant first, and takes them back.
+%!test
+%! a = fi ([0 0 0], 1, 8, 4);
+%! a.double = [0.5 100 -0.03];
+%! assert (a.data, [0.5 127/16 0]);
+%! a.data = [1 2 3];
+%! assert (double (a), [1 2 3]);
+%! assert (a.intarray, int8 ([16 32 48]));
+%! assert (a.tessaronarray, int8 ([16 32 48]));
+%! b = fi ([1 -1], 1, 100, 0);
+%! assert (b.tessaronarray, uint32 ([1 0 0 0; 2^32-1 2^32-1 2^32-1 15].'));
+%! b.tessaronarray = uint32 ([5 0 0 0; 2^32-5 2^32-1 2^32-1 15].');
+%! assert (double (b), [5 -5]);
+%!error id=velkora:fi:subsasgn:sizeMismatch x = fi ([0 0]); x.double = [1 2 3];
+%!error id=velkora:fi:int:outOfRange x = fi (0, 1, 100, 0); x.tessaronarray = uint32 ([0; 0; 0; 16]);
