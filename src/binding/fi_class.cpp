@@ -482,6 +482,29 @@ class FiReshapeMethod : public XoMethodInfo {
   }
 };
 
+// leadingdimension_sum(A[, DIM]): the sums along the first dimension longer than one, or DIM.
+class FiSumMethod : public XoMethodInfo {
+ public:
+  explicit FiSumMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    addSignature().addArgType(self).addResultType(self);
+    addSignature().addArgType(self).addArgType(AnyArray::type()).addResultType(self);
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int nargs,
+                    void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    checkRestriction<Restriction::NotBoolean>(*this, a);
+    int dim = 0;
+    if (nargs > 1) {
+      const std::optional<long> d = integerScalar(AnyArray::unbox(inputs[1]));
+      if (!d || *d < 1) raise(Msg::FiSumBadDimension);
+      dim = static_cast<int>(*d);
+    }
+    outputs[0] = wrapFi(a.leadingdimension_sum(dim));
+    *nout = 1;
+  }
+};
+
 // The property and method classes, one per row.
 #define CORBEL_FI_PROPERTY(Part, name, ...) using Fi##Part##PropInfo = __VA_ARGS__;
 #include "binding/fi_properties.def"

@@ -206,6 +206,9 @@ class fi {
   // ---- Result types (fi_result_types.cpp) -----------------------------------------------
   const NumericType& getNumericTypeForAddOp(const fi& b) const;
   const NumericType& getProductTypeForMpyOp(const fi& b) const;
+  // The type of a sum of n elements of this array: as a sum of two, but grown by ceil(log2 n)
+  // bits at full precision.
+  NumericType getSumTypeForAddends(int n) const;
   const NumericType& getSumNumericTypeForMatrixMultiply(const fi& b, const NumericType& P) const;
   const NumericType& getSumTypeForMpyOp(const fi& b, const NumericType& P) const;
   static DataTypeEnum getDataTypeForMathOp(const fi& a, const fi& b);
@@ -312,6 +315,12 @@ class fi {
   std::unique_ptr<fi> reshaped(const std::vector<int>& dims) const;
   std::unique_ptr<fi> squeeze() const;
 
+  // ---- Sums along a dimension (fi_sums.cpp) -----------------------------------------------
+  // The sums along dimension dim (1-based; 0: the first longer than one) in the type of
+  // getSumTypeForAddends and this array's fimath: each running sum is quantized into that
+  // type after every addition (at full precision nothing rounds), reported as a "sum".
+  std::unique_ptr<fi> leadingdimension_sum(int dim) const;
+
   // ---- Comparisons (fi_comparison.cpp) ----------------------------------------------------
   // A logical array of this array's relation to b element by element (a scalar on either
   // side goes with every element of the other), on exact values: a built-in double compares
@@ -415,6 +424,9 @@ class fi {
   // Warns about the overflows and underflows of an assignment not yet reported in `log`,
   // and marks them reported. Callers decide whether logging is on.
   void displaySubsasgnLogging(const qlogger& log) const;
+  // Warns of the overflows and underflows this array's log counted since the last report,
+  // naming the operation.
+  void reportQuantizations(const char* operation) const;
   // Moves the new counts of a register's log into the global log and the result's log
   // and warns about them (only with logging on).
   static void reportOperation(const qlogger& registerLog, const qlogger& globalLog,
@@ -499,6 +511,14 @@ class fi {
   std::unique_ptr<fi> intlimit(bool largest) const;
   // Every part times 2^k, then quantized again: pow2 without its scaling check.
   std::unique_ptr<fi> scaledByPowerOfTwo(long k) const;
+  // The lines along dimension dim (1-based; 0: the first longer than one, a scalar's first):
+  // `outer` blocks of `stride` lines of `length` elements `stride` apart, and the dimensions
+  // with that one made 1 (an empty one kept empty unless emptyBecomesOne).
+  struct Lines {
+    std::vector<int> outDims;
+    int length, stride, outer;
+  };
+  Lines linesAlong(int dim, bool emptyBecomesOne) const;
   std::unique_ptr<fi> select(const fi& b, bool larger) const;
   void reduceSelect(std::unique_ptr<fi>& values, HostArray& indices, int dim, bool larger) const;
   // Whole-array bit operations and selections on inline doubles (fi_bulk_bits.cpp,

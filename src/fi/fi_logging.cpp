@@ -132,6 +132,12 @@ void fi::displaySubsasgnLogging(const qlogger& log) const {
   warnOverflowsUnderflows(overflows, underflows, "assignment");
 }
 
+void fi::reportQuantizations(const char* operation) const {
+  const int overflows = filog_.changeInOverflows();
+  const int underflows = filog_.changeInUnderflows();
+  warnOverflowsUnderflows(overflows, underflows, operation);
+}
+
 void fi::warnQuantizationEvent(const char* identifier, int count, const char* what,
                                const char* kind, const char* operation) {
   if (count > 0)

@@ -128,6 +128,21 @@ const NumericType& fi::getNumericTypeForAddOp(const fi& b) const {
   });
 }
 
+NumericType fi::getSumTypeForAddends(int n) const {
+  // The two-term sum type, with the full-precision width grown by ceil(log2 n) bits for n
+  // terms instead of one bit for two.
+  NumericType T = getNumericTypeForAddOp(*this);
+  if (!T.isFixed() && !T.isScaledDouble()) return T;
+  const int f = -type_.getFixedExponent();
+  const int I = getWordLength() - f;
+  const int g = growthBits(n);
+  const ModeSettings settings = sumSettings(math_);
+  const FixedProps p = modeProps(settings, getSigned(), I + g + f, -f, I + g - settings.wordLength,
+                                 math_.isSumSlopeBiasScaled());
+  T.setFixedPointProps(p.issigned, p.wordLength, p.slopeAdjustmentFactor, p.fixedExponent, p.bias);
+  return T;
+}
+
 const NumericType& fi::getProductTypeForMpyOp(const fi& b) const {
   const fi& a = *this;
   const DataTypeEnum dataType = openRule(a, b);

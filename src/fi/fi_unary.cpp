@@ -183,21 +183,10 @@ std::unique_ptr<fi> fi::min(const fi& b) const {
 }
 
 void fi::reduceSelect(std::unique_ptr<fi>& values, HostArray& indices, int dim, bool larger) const {
-  // Along the first dimension longer than one unless told; a scalar along the first.
-  int d = dim - 1;
-  if (dim <= 0) {
-    d = 0;
-    while (d < ndims() && dims_[static_cast<size_t>(d)] == 1) ++d;
-    if (d == ndims()) d = 0;
-  }
-  std::vector<int> outDims(dims_);
-  while (static_cast<int>(outDims.size()) <= d) outDims.push_back(1);
-  const int length = outDims[static_cast<size_t>(d)];
-  int stride = 1, outer = 1;
-  for (int k = 0; k < d; ++k) stride *= outDims[static_cast<size_t>(k)];
-  for (size_t k = static_cast<size_t>(d) + 1; k < outDims.size(); ++k) outer *= outDims[k];
-  // An empty dimension stays empty; any other becomes one element long.
-  if (length != 0) outDims[static_cast<size_t>(d)] = 1;
+  // An empty dimension stays empty.
+  const Lines lines = linesAlong(dim, false);
+  const std::vector<int>& outDims = lines.outDims;
+  const int length = lines.length, stride = lines.stride, outer = lines.outer;
   indices = HostArray(HostClass::Double, std::vector<std::size_t>(outDims.begin(), outDims.end()));
   auto* index = static_cast<double*>(indices.real_data());
   if (indices.numel() > 0 &&

@@ -32,3 +32,23 @@
 %! assert (double (b), [5 -5]);
 %!error id=velkora:fi:subsasgn:sizeMismatch x = fi ([0 0]); x.double = [1 2 3];
 %!error id=velkora:fi:int:outOfRange x = fi (0, 1, 100, 0); x.tessaronarray = uint32 ([0; 0; 0; 16]);
+
+## Sums: at full precision the type grows by ceil(log2 n) bits and nothing rounds; the values
+## agree with sums of the doubles along every dimension; other SumModes quantize the running
+## sum, here saturating.
+%!test
+%! s = sum (fi ([0.5 0.75 -0.25 1], 1, 8, 6));
+%! assert ({double(s), s.WordLength, s.FractionLength}, {2, 10, 6});
+%! d = reshape (-12:11, 2, 3, 4) / 8;
+%! a = fi (d, 1, 8, 3);
+%! for dim = 1:4
+%!   assert (double (sum (a, dim)), sum (d, dim));
+%! endfor
+%! assert (double (sum (a)), sum (d));
+%! k = fi ([7 7 7], 1, 8, 4, "SumMode", "SpecifyPrecision", "SumWordLength", 8,
+%!         "SumFractionLength", 4);
+%! assert (double (sum (k)), 127/16);
+%! assert (double (sum (fi (zeros (0, 3)))), [0 0 0]);
+%! assert (double (sum (fi (1 + 2i, 1, 8, 4) * [1 1])), 2 + 4i);
+%!error id=velkora:fi:sum:badDimension sum (fi (1), 0)
+%!error id=velkora:fi:leadingdimension_sum:boolean:notallowed sum (fi (1, "DataType", "boolean"))

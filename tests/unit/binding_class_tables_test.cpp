@@ -75,7 +75,7 @@ TEST_F(BindingTables, FiNamesInOrder) {
       "isvector", "isreal", "fi_reshape", "squeeze", "transpose", "ctranspose", "stripscaling", "maxlog", "minlog", "noverflows", "nunderflows", "noperations",
       "nmathoperations", "numerictype", "fimath", "bin", "data", "dec", "double", "single", "hex", "int", "intarray", "oct", "tessaronarray", "realmax", "realmin", "fieps", "intmax", "intmin",
       "range", "lowerbound", "upperbound", "uminus", "conj", "pow2", "bitshift", "bitcmp", "bitand", "bitor", "bitxor", "bitget",
-      "bitset", "plus", "minus",
+      "bitset", "leadingdimension_sum", "plus", "minus",
       "times", "mtimes", "binaryop_complex", "binary_max", "binary_min", "unary_max",
       "unary_min", "eq", "ge", "gt", "le", "lt", "ne", "sign", "binaryop_isequal", "subsref", "subsasgn", "subscriptedreference",
       "subscriptedgrowassignment", "num2sdec", "sdec", "num2base", "base2num", "displaygloballog", "resetgloballog", "resetlogging", "resetlog", "abs",

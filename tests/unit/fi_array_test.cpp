@@ -1,8 +1,9 @@
-// Elements by position: what the host layer's positions and layouts do to a fi, the values
+// fi as an array: what the host layer's positions and layouts do to a fi, the values
 // carried across types by their real-world values, and refusals that change nothing; and
-// the relations against exact rationals at word lengths past the doubles'.
+// the relations and full-precision sums against exact rationals past the doubles' widths.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
 #include <random>
 #include <string>
@@ -104,6 +105,32 @@ TEST(FiComparison, RelationsFollowExactValues) {
         ASSERT_EQ(got.real<bool>()[i], want) << wl << " " << i;
       }
     }
+  }
+}
+
+// Full-precision sums are exact at any width, in a type grown by ceil(log2 n) bits.
+TEST(FiSums, FullPrecisionSumsAreExact) {
+  std::mt19937_64 rng(52);
+  GmpRandom random(52);
+  fimath wide;
+  wide.setMaxSumWordLength(300);
+  for (int trial = 0; trial < 40; ++trial) {
+    const int wl = std::vector<int>{8, 53, 100, 200}[trial % 4];
+    const int rows = 2 + static_cast<int>(rng() % 8);
+    const auto a =
+        randomNumbers(rng, random.state, {rows, 3}, true, wl, wl / 2, wide, trial % 3 == 0);
+    const auto s = a->leadingdimension_sum(0);
+    const int growth = static_cast<int>(std::ceil(std::log2(rows)));
+    ASSERT_EQ(s->getWordLength(), wl + growth);
+    for (int c = 0; c < 3; ++c)
+      for (bool imagPart : {false, true}) {
+        Q want;
+        for (int r = 0; r < rows; ++r) {
+          const Q term(imagPart ? a->imag(r + c * rows) : a->real(r + c * rows));
+          mpq_add(want.v, want.v, term.v);
+        }
+        ASSERT_EQ(Q(imagPart ? s->imag(c) : s->real(c)).str(), want.str()) << wl;
+      }
   }
 }
 
