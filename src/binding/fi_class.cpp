@@ -177,7 +177,10 @@ void checkRestriction(const XoMethodInfo& method, const fi& f) {
 }
 
 // (fi) -> fi.
-template <std::unique_ptr<fi> (fi::*Op)() const, Restriction R = Restriction::None>
+// A member operation of fi that makes a new array (to pick one of overloads).
+using FiArrayOp = std::unique_ptr<fi> (fi::*)() const;
+
+template <auto Op, Restriction R = Restriction::None>
 class FiUnaryMethod : public XoMethodInfo {
  public:
   explicit FiUnaryMethod(std::string name) : XoMethodInfo(std::move(name)) {
@@ -186,7 +189,7 @@ class FiUnaryMethod : public XoMethodInfo {
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
     const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
     checkRestriction<R>(*this, a);
-    outputs[0] = wrapFi((a.*Op)());
+    outputs[0] = wrapFi(std::invoke(Op, a));
     *nout = 1;
   }
 };
@@ -502,6 +505,61 @@ class FiSumMethod : public XoMethodInfo {
     }
     outputs[0] = wrapFi(a.leadingdimension_sum(dim));
     *nout = 1;
+  }
+};
+
+// length, size and ndims as Octave gives them: a double scalar, or the row of dimensions; an
+// empty array has length 0.
+HostArray lengthOf(const fi& a) {
+  int longest = 0;
+  for (int d = 0; d < a.ndims(); ++d) longest = std::max(longest, a.dims()[d]);
+  return HostArray::make_double(a.isempty() ? 0.0 : longest);
+}
+HostArray ndimsOf(const fi& a) {
+  return HostArray::make_double(a.ndims());
+}
+
+// size(A) and size(A, DIM).
+class FiSizeMethod : public XoMethodInfo {
+ public:
+  explicit FiSizeMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    XoDataType* any = AnyArray::type();
+    addSignature().addArgType(self).addArgType(any).addResultType(any);
+    addSignature().addArgType(self).addResultType(any);
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int nargs,
+                    void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    *nout = 1;
+    if (nargs > 1) {
+      const std::optional<long> d = integerScalar(AnyArray::unbox(inputs[1]));
+      outputs[0] =
+          AnyArray::box(HostArray::make_double(a.getDimension(d ? static_cast<int>(*d) : 0)));
+      return;
+    }
+    std::vector<double> dims(a.dims(), a.dims() + a.ndims());
+    outputs[0] = AnyArray::box(HostArray::make_double_matrix(1, dims.size(), dims));
+  }
+};
+
+// copy(A): a new fi with A's elements, type, fimath and log.
+std::unique_ptr<fi> copyOf(const fi& a) {
+  return std::make_unique<fi>(a, fi::WholeCopy);
+}
+
+// copydata(A, B): B's values into A's elements, in place, as an assignment.
+class FiCopydataMethod : public XoMethodInfo {
+ public:
+  explicit FiCopydataMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    addSignature().addArgType(self).addArgType(self);
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void**, int, void** inputs) override {
+    fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    const fi& b = object_of<fi>(static_cast<XoInterface*>(inputs[1]));
+    a.copydata(b);
+    *nout = 0;
   }
 };
 

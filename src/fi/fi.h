@@ -281,6 +281,8 @@ class fi {
   // layout (see fi_conversions.cpp), both ways.
   HostArray toHostSingle() const;
   void setValues(const HostArray& values);
+  // b's values into every element of this array (as many), as an assignment.
+  void copydata(const fi& b);
   HostArray tessaronArray() const;
   void setTessaronArray(const HostArray& values);
 

@@ -35,13 +35,27 @@ HostArray fi::toHostSingle() const {
   return out;
 }
 
+namespace {
+
+// The positions of every element of an array of n.
+HostArray allPositions(int n) {
+  HostArray all(HostClass::Double, {1, static_cast<std::size_t>(n)});
+  for (int i = 0; i < n; ++i) all.real<double>()[i] = i + 1.0;
+  return all;
+}
+
+}  // namespace
+
 void fi::setValues(const HostArray& values) {
   const ValueSource from{nullptr, &values};
   from.check(Msg::FiAssignedNotNumeric);
   if (values.numel() != static_cast<std::size_t>(numel_)) raise(Msg::FiAssignedCount);
-  HostArray all(HostClass::Double, {1, static_cast<std::size_t>(numel_)});
-  for (int i = 0; i < numel_; ++i) all.real<double>()[i] = i + 1.0;
-  assignAt(all, from);
+  assignAt(allPositions(numel_), from);
+}
+
+void fi::copydata(const fi& b) {
+  if (b.numel_ != numel_) raise(Msg::FiAssignedCount);
+  assignAt(allPositions(numel_), {&b, nullptr});
 }
 
 HostArray fi::tessaronArray() const {

@@ -52,3 +52,11 @@
 %! assert (double (sum (fi (1 + 2i, 1, 8, 4) * [1 1])), 2 + 4i);
 %!error id=velkora:fi:sum:badDimension sum (fi (1), 0)
 %!error id=velkora:fi:leadingdimension_sum:boolean:notallowed sum (fi (1, "DataType", "boolean"))
+
+## Shape queries, copy and copydata keep value semantics.
+%!test
+%! a = fi (ones (2, 3) / 4, 1, 16, 8);
+%! assert ({length(fi (zeros (0, 3))), size(a), size(a, 2), ndims(a)}, {0, [2 3], 3, 2});
+%! c = copydata (a, fi (ones (2, 3) / 2, 1, 32, 20));
+%! assert ({double(a), double(c), c.WordLength}, {ones(2, 3) / 4, ones(2, 3) / 2, 16});
+%!error id=velkora:fi:subsasgn:sizeMismatch copydata (fi ([1 2]), fi (1))

@@ -72,13 +72,13 @@ TEST_F(BindingTables, FiNamesInOrder) {
   const Names methods = {
       "disp", "numberofelements", "isfi", "isfixed", "isfloat", "isdouble", "isscaleddouble",
       "issingle", "isboolean", "isscaledtype", "isempty", "isscalar", "iscolumn", "isrow",
-      "isvector", "isreal", "fi_reshape", "squeeze", "transpose", "ctranspose", "stripscaling", "maxlog", "minlog", "noverflows", "nunderflows", "noperations",
+      "isvector", "isreal", "length", "size", "ndims", "fi_reshape", "squeeze", "transpose", "ctranspose", "stripscaling", "copy", "maxlog", "minlog", "noverflows", "nunderflows", "noperations",
       "nmathoperations", "numerictype", "fimath", "bin", "data", "dec", "double", "single", "hex", "int", "intarray", "oct", "tessaronarray", "realmax", "realmin", "fieps", "intmax", "intmin",
       "range", "lowerbound", "upperbound", "uminus", "conj", "pow2", "bitshift", "bitcmp", "bitand", "bitor", "bitxor", "bitget",
       "bitset", "leadingdimension_sum", "plus", "minus",
       "times", "mtimes", "binaryop_complex", "binary_max", "binary_min", "unary_max",
       "unary_min", "eq", "ge", "gt", "le", "lt", "ne", "sign", "binaryop_isequal", "subsref", "subsasgn", "subscriptedreference",
-      "subscriptedgrowassignment", "num2sdec", "sdec", "num2base", "base2num", "displaygloballog", "resetgloballog", "resetlogging", "resetlog", "abs",
+      "subscriptedgrowassignment", "num2sdec", "sdec", "num2base", "base2num", "copydata", "displaygloballog", "resetgloballog", "resetlogging", "resetlog", "abs",
       "set"};
   EXPECT_EQ(own_methods(*FiXoClass::getInstance()), methods);
   EXPECT_EQ(FiXoClass::getInstance()->getConstructorSignatures().size(), 4u);
