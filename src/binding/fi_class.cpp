@@ -563,6 +563,29 @@ class FiCopydataMethod : public XoMethodInfo {
   }
 };
 
+// diag, tril, triu (A[, K]): K an integer scalar, 0 when not given.
+template <std::unique_ptr<fi> (fi::*Op)(int) const>
+class FiDiagonalMethod : public XoMethodInfo {
+ public:
+  explicit FiDiagonalMethod(std::string name) : XoMethodInfo(std::move(name)) {
+    XoDataType* self = self_type<FiXoClass>();
+    addSignature().addArgType(self).addResultType(self);
+    addSignature().addArgType(self).addArgType(AnyArray::type()).addResultType(self);
+  }
+  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int nargs,
+                    void** inputs) override {
+    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
+    long k = 0;
+    if (nargs > 1) {
+      const std::optional<long> given = integerScalar(AnyArray::unbox(inputs[1]));
+      if (!given) raise(Msg::FiDiagonalNotInteger);
+      k = *given;
+    }
+    outputs[0] = wrapFi((a.*Op)(static_cast<int>(k)));
+    *nout = 1;
+  }
+};
+
 // The property and method classes, one per row.
 #define CORBEL_FI_PROPERTY(Part, name, ...) using Fi##Part##PropInfo = __VA_ARGS__;
 #include "binding/fi_properties.def"

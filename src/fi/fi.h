@@ -316,6 +316,15 @@ class fi {
   std::unique_ptr<fi> ctranspose() const;
   std::unique_ptr<fi> reshaped(const std::vector<int>& dims) const;
   std::unique_ptr<fi> squeeze() const;
+  // Matrices from a vector or a matrix, as Octave's functions of the same names make them: a
+  // vector on diagonal k of a square matrix, or diagonal k of a matrix as a column; the
+  // lower (upper) triangle from diagonal k on; the symmetric Toeplitz matrix and the Hankel
+  // matrix of a vector.
+  std::unique_ptr<fi> diag(int k) const;
+  std::unique_ptr<fi> tril(int k) const { return triangle(k, true); }
+  std::unique_ptr<fi> triu(int k) const { return triangle(k, false); }
+  std::unique_ptr<fi> toeplitz() const;
+  std::unique_ptr<fi> hankel() const;
 
   // ---- Sums along a dimension (fi_sums.cpp) -----------------------------------------------
   // The sums along dimension dim (1-based; 0: the first longer than one) in the type of
@@ -552,6 +561,7 @@ class fi {
   void releaseData();
   // Stores a real-world double into an element and quantizes it.
   void storeDouble(number& element, double v);
+  std::unique_ptr<fi> triangle(int k, bool lower) const;
   // A new array of the given shape whose element k is this array's element at[k].
   std::unique_ptr<fi> gathered(const std::vector<std::size_t>& at,
                                const std::vector<int>& dims) const;

@@ -114,3 +114,21 @@
 %!error id=Octave:nonconformant-args a = fi ([1 2 3]); a(1:2) = [1 2 3];
 %!error id=velkora:fi:subsasgn:notNumeric a = fi ([1 2 3]); a(1) = "x";
 %!error id=velkora:fi:subsasgn:notNumeric a = fi ([1 2 3]); a(1) = numerictype (1, 8);
+
+## diag, tril, triu, toeplitz and hankel, against the same functions of the doubles.
+%!test
+%! d = [1 2 3; 4 5 6; 7 8 9] / 16;
+%! a = fi (d, 1, 8, 4);
+%! v = fi ([1 2 3] / 8, 1, 8, 4);
+%! r = fi ([1 5 6 7] / 8, 1, 8, 4);
+%! fs = {@(x) diag (x), @(x) diag (x, 1), @(x) diag (x, -2), @(x) tril (x), @(x) tril (x, 1), ...
+%!       @(x) triu (x, -1)};
+%! for k = 1:numel (fs)
+%!   assert (double (fs{k} (a)), fs{k} (d));
+%!   assert (double (fs{k} (v)), fs{k} (double (v)));
+%! endfor
+%! assert (double (toeplitz (v)), toeplitz (double (v)));
+%! assert (double (hankel (v)), hankel (double (v)));
+%! assert (double (toeplitz (v, r)), toeplitz (double (v), double (r)));
+%! assert (double (hankel (v, [3 4 5] / 8)), hankel (double (v), [3 4 5] / 8));
+%!error id=velkora:fi:diag:notDefinedForND diag (fi (ones (2, 2, 2)))

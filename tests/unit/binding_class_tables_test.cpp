@@ -77,7 +77,7 @@ TEST_F(BindingTables, FiNamesInOrder) {
       "range", "lowerbound", "upperbound", "uminus", "conj", "pow2", "bitshift", "bitcmp", "bitand", "bitor", "bitxor", "bitget",
       "bitset", "leadingdimension_sum", "plus", "minus",
       "times", "mtimes", "binaryop_complex", "binary_max", "binary_min", "unary_max",
-      "unary_min", "eq", "ge", "gt", "le", "lt", "ne", "sign", "binaryop_isequal", "subsref", "subsasgn", "subscriptedreference",
+      "unary_min", "eq", "ge", "gt", "le", "lt", "ne", "sign", "binaryop_isequal", "diag", "tril", "triu", "toeplitz", "hankel", "subsref", "subsasgn", "subscriptedreference",
       "subscriptedgrowassignment", "num2sdec", "sdec", "num2base", "base2num", "copydata", "displaygloballog", "resetgloballog", "resetlogging", "resetlog", "abs",
       "set"};
   EXPECT_EQ(own_methods(*FiXoClass::getInstance()), methods);
