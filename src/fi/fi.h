@@ -469,6 +469,8 @@ class fi {
  protected:
   // An alias sharing the data of source.
   fi(const fi& source, CopyIndex);
+  // Makes element i of the shared data the current one, unchecked (for views).
+  void setSharedIndex(int i) const { index_ = i; }
 
  private:
   // A real array of the given shape whose elements the caller is yet to make: its real

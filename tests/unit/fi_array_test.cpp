@@ -11,6 +11,7 @@
 
 #include "expect_error.h"
 #include "fi/fi.h"
+#include "fi/fi_column_reference.h"
 #include "fi_sweep.h"
 #include "random_formats.h"
 
@@ -106,6 +107,36 @@ TEST(FiComparison, RelationsFollowExactValues) {
       }
     }
   }
+}
+
+// A column view reads and writes its source's elements and checks its ranges.
+TEST(FiColumnReference, ViewsAColumnOfItsSource) {
+  const double v[] = {1, 2, 3, 4, 5, 6};
+  const int dims[] = {2, 3};
+  fi a(v, nullptr, dims, 2, NumericType(true, 8, 0), fimath());
+  FiColumnReference column(a, 1);
+  EXPECT_EQ(column.numel(), 2);
+  column.setIndex(1);
+  EXPECT_EQ(column.real().todouble(), 4);
+  const fi seven(7.0, NumericType(true, 8, 0), fimath());
+  column = seven;  // through the view into a(1, 1)
+  EXPECT_EQ(a.realdouble(3), 7);
+  column.setColumn(2);
+  column.setIndex(0);
+  EXPECT_EQ(column.real().todouble(), 5);
+  const FiColumnReference run(a, 4, 2);
+  run.setIndex(1);
+  EXPECT_EQ(run.real().todouble(), 6);
+  expect_error([&] { FiColumnReference(a, 3); },
+               "velkora:fi:FiColumnReference:ColumnNumberOutOfRange",
+               "FiColumnReference::Column number out of range in FiColumnReference constructor");
+  expect_error([&] { FiColumnReference(a, 5, 2); }, "velkora:fi:FiColumnReference:IndexOutOfRange",
+               "FiColumnReference::StartIndex + Length exceeds original matrix size in "
+               "FiColumnReference constructor");
+  expect_error([&] { column.setColumn(-1); }, "velkora:fi:FiColumnReference:setColumn",
+               "Column number out of range.");
+  expect_error([&] { column.setIndex(2); }, "velkora:fi:badindex",
+               "Index exceeds matrix dimensions.");
 }
 
 // Full-precision sums are exact at any width, in a type grown by ceil(log2 n) bits.
