@@ -60,3 +60,21 @@
 %! c = copydata (a, fi (ones (2, 3) / 2, 1, 32, 20));
 %! assert ({double(a), double(c), c.WordLength}, {ones(2, 3) / 4, ones(2, 3) / 2, 16});
 %!error id=velkora:fi:subsasgn:sizeMismatch copydata (fi ([1 2]), fi (1))
+
+## Rounding to integers, exactly and one bit wider, against Octave's functions of the doubles
+## (nearest: floor (x + 1/2); convergent: halves to even).
+%!test
+%! rand ("seed", 41);
+%! d = round (64 * (rand (1, 40) - 0.5)) / 8;
+%! a = fi (d, 1, 10, 3);
+%! fs = {@floor, @ceil, @fix, @round};
+%! for k = 1:numel (fs)
+%!   y = fs{k} (a);
+%!   assert ({double(y), y.WordLength, y.FractionLength}, {fs{k}(d), 8, 0});
+%! endfor
+%! assert (double (nearest (a)), floor (d + 0.5));
+%! even = round (d);
+%! ties = abs (d - fix (d)) == 0.5;
+%! even(ties) = 2 * round (d(ties) / 2);
+%! assert (double (convergent (a)), even);
+%! assert (double (ceil (fi (127/128, 1, 8, 7))), 1);
