@@ -20,6 +20,7 @@ demo: bootstrap
 	cmake --preset release
 	cmake --build --preset release
 	$(OCTAVE) --eval "addpath ('$(CURDIR)/build/release/octave'); run ('examples/first_steps.m')"
+	$(OCTAVE) --eval "addpath ('$(CURDIR)/build/release/octave'); run ('examples/fir_filter.m')"
 
 bench: bootstrap
 	cmake --preset release

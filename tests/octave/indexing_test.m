@@ -132,3 +132,17 @@
 %! assert (double (toeplitz (v, r)), toeplitz (double (v), double (r)));
 %! assert (double (hankel (v, [3 4 5] / 8)), hankel (double (v), [3 4 5] / 8));
 %!error id=velkora:fi:diag:notDefinedForND diag (fi (ones (2, 2, 2)))
+
+## filter and conv agree with the doubles where every product and sum is exact, take their
+## types from the fimath, and refuse what they do not define.
+%!test
+%! rand ("seed", 43);
+%! b = fi (round (256 * (rand (1, 7) - 0.5)) / 256, 1, 16, 15);
+%! x = fi (round (256 * (rand (1, 50) - 0.5)) / 256, 1, 16, 15);
+%! y = filter (b, 1, x);
+%! assert ({double(y), y.WordLength, y.FractionLength},
+%!         {filter(double (b), 1, double (x)), 35, 30});
+%! assert (double (conv (x, b)), conv (double (x), double (b)));
+%! assert (double (filter (b, 1, double (x(:)))), filter (double (b), 1, double (x(:))));
+%!error id=velkora:fi:filter:firOnly filter (fi (1), [1 0.5], fi ([1 2]))
+%!error id=velkora:fi:filter:vectorsOnly filter (fi (ones (2)), 1, fi ([1 2]))
