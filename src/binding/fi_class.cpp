@@ -2,6 +2,7 @@
 // the property and method tables of fi_properties.def and fi_methods.def.
 #include "binding/fi_class.h"
 
+#include <climits>
 #include <cmath>
 #include <optional>
 
@@ -162,6 +163,15 @@ std::optional<long> integerScalar(const HostArray& k) {
   return static_cast<long>(v);
 }
 
+// A method's optional second argument: 0 when not given, else an integer scalar of at least
+// `lowest`; `error` for anything else.
+long optionalInteger(int nargs, void** inputs, long lowest, Msg error) {
+  if (nargs < 2) return 0;
+  const std::optional<long> k = integerScalar(AnyArray::unbox(inputs[1]));
+  if (!k || *k < lowest) raise(error);
+  return *k;
+}
+
 XoInterface* wrapFi(std::unique_ptr<fi> f) {
   return XoInterface::create(FiXoClass::getInstance(), f.release());
 }
@@ -276,23 +286,6 @@ class FiBitshiftMethod : public XoMethodInfo {
   }
 };
 
-// bitget(A, positions) -> uint8 host array.
-class FiBitgetMethod : public XoMethodInfo {
- public:
-  explicit FiBitgetMethod(std::string name) : XoMethodInfo(std::move(name)) {
-    addSignature()
-        .addArgType(self_type<FiXoClass>())
-        .addArgType(AnyArray::type())
-        .addResultType(AnyArray::type());
-  }
-  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
-    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
-    checkRestriction<Restriction::FixedOnly>(*this, a);
-    outputs[0] = AnyArray::box(a.bitget(AnyArray::unbox(inputs[1])));
-    *nout = 1;
-  }
-};
-
 // bitset(A, positions) and bitset(A, positions, values).
 class FiBitsetMethod : public XoMethodInfo {
  public:
@@ -309,23 +302,6 @@ class FiBitsetMethod : public XoMethodInfo {
     const HostArray& positions = AnyArray::unbox(inputs[1]);
     outputs[0] =
         wrapFi(nargs > 2 ? a.bitset(positions, AnyArray::unbox(inputs[2])) : a.bitset(positions));
-    *nout = 1;
-  }
-};
-
-// num2base(A, radix) -> text.
-class FiNum2BaseMethod : public XoMethodInfo {
- public:
-  explicit FiNum2BaseMethod(std::string name) : XoMethodInfo(std::move(name)) {
-    addSignature()
-        .addArgType(self_type<FiXoClass>())
-        .addArgType(AnyArray::type())
-        .addResultType(AnyArray::type());
-  }
-  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
-    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
-    checkRestriction<Restriction::FixedOnly>(*this, a);
-    outputs[0] = AnyArray::box(a.radixText(radix_argument(AnyArray::unbox(inputs[1]))));
     *nout = 1;
   }
 };
@@ -368,12 +344,8 @@ class FiExtremumMethod : public XoMethodInfo {
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int nargs,
                     void** inputs) override {
     const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
-    int dim = 0;
-    if (nargs > 1) {
-      const std::optional<long> d = integerScalar(AnyArray::unbox(inputs[1]));
-      if (!d || *d < 1) raise(Larger ? Msg::FiMaxBadDimension : Msg::FiMinBadDimension);
-      dim = static_cast<int>(*d);
-    }
+    const int dim = static_cast<int>(optionalInteger(
+        nargs, inputs, 1, Larger ? Msg::FiMaxBadDimension : Msg::FiMinBadDimension));
     std::unique_ptr<fi> values;
     HostArray indices;
     Larger ? a.unary_max(values, indices, dim) : a.unary_min(values, indices, dim);
@@ -436,12 +408,11 @@ class FiByPositionMethod : public XoMethodInfo {
   }
 };
 
-// eq, ne, lt, le, gt, ge (A, B): a host logical array; binaryop_isequal (A, B): a logical
-// scalar. B is a fi or a built-in numeric or logical array.
-template <auto Compare>
-class FiRelationMethod : public XoMethodInfo {
+// (A, X) -> host array: F of the fi and the host value X, after the data-type check.
+template <HostArray (*F)(const fi&, const HostArray&), Restriction R = Restriction::None>
+class FiHostArgumentMethod : public XoMethodInfo {
  public:
-  explicit FiRelationMethod(std::string name) : XoMethodInfo(std::move(name)) {
+  explicit FiHostArgumentMethod(std::string name) : XoMethodInfo(std::move(name)) {
     addSignature()
         .addArgType(self_type<FiXoClass>())
         .addArgType(AnyArray::type())
@@ -449,18 +420,28 @@ class FiRelationMethod : public XoMethodInfo {
   }
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int, void** inputs) override {
     const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
-    const fi::ValueSource b = valueSource(AnyArray::unbox(inputs[1]), Msg::FiOperandNotNumeric);
-    outputs[0] = AnyArray::box(Compare(a, b));
+    checkRestriction<R>(*this, a);
+    outputs[0] = AnyArray::box(F(a, AnyArray::unbox(inputs[1])));
     *nout = 1;
   }
 };
 
-template <fi::Relation R>
-HostArray relation(const fi& a, const fi::ValueSource& b) {
-  return a.compare(b, R);
+// bitget(A, positions): a uint8 array. num2base(A, radix): text.
+HostArray bitgetOf(const fi& a, const HostArray& positions) {
+  return a.bitget(positions);
 }
-HostArray isequalOf(const fi& a, const fi::ValueSource& b) {
-  return HostArray::make_logical(a.isequalTo(b));
+HostArray num2baseOf(const fi& a, const HostArray& radix) {
+  return a.radixText(radix_argument(radix));
+}
+
+// eq, ne, lt, le, gt, ge (A, B): a host logical array; binaryop_isequal (A, B): a logical
+// scalar. B is a fi or a built-in numeric or logical array.
+template <fi::Relation R>
+HostArray relation(const fi& a, const HostArray& b) {
+  return a.compare(valueSource(b, Msg::FiOperandNotNumeric), R);
+}
+HostArray isequalOf(const fi& a, const HostArray& b) {
+  return HostArray::make_logical(a.isequalTo(valueSource(b, Msg::FiOperandNotNumeric)));
 }
 
 // fi_reshape(A, S): A's elements under the dimensions in the real vector S.
@@ -481,29 +462,6 @@ class FiReshapeMethod : public XoMethodInfo {
       dims[k] = static_cast<int>(d);
     }
     outputs[0] = wrapFi(a.reshaped(dims));
-    *nout = 1;
-  }
-};
-
-// leadingdimension_sum(A[, DIM]): the sums along the first dimension longer than one, or DIM.
-class FiSumMethod : public XoMethodInfo {
- public:
-  explicit FiSumMethod(std::string name) : XoMethodInfo(std::move(name)) {
-    XoDataType* self = self_type<FiXoClass>();
-    addSignature().addArgType(self).addResultType(self);
-    addSignature().addArgType(self).addArgType(AnyArray::type()).addResultType(self);
-  }
-  void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int nargs,
-                    void** inputs) override {
-    const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
-    checkRestriction<Restriction::NotBoolean>(*this, a);
-    int dim = 0;
-    if (nargs > 1) {
-      const std::optional<long> d = integerScalar(AnyArray::unbox(inputs[1]));
-      if (!d || *d < 1) raise(Msg::FiSumBadDimension);
-      dim = static_cast<int>(*d);
-    }
-    outputs[0] = wrapFi(a.leadingdimension_sum(dim));
     *nout = 1;
   }
 };
@@ -563,11 +521,13 @@ class FiCopydataMethod : public XoMethodInfo {
   }
 };
 
-// diag, tril, triu (A[, K]): K an integer scalar, 0 when not given.
-template <std::unique_ptr<fi> (fi::*Op)(int) const>
-class FiDiagonalMethod : public XoMethodInfo {
+// A method taking an optional integer scalar (0 when not given, else at least `Lowest`,
+// `Error` otherwise): diag, tril and triu (A[, K]) and leadingdimension_sum (A[, DIM]).
+template <std::unique_ptr<fi> (fi::*Op)(int) const, long Lowest, Msg Error,
+          Restriction R = Restriction::None>
+class FiIntegerArgumentMethod : public XoMethodInfo {
  public:
-  explicit FiDiagonalMethod(std::string name) : XoMethodInfo(std::move(name)) {
+  explicit FiIntegerArgumentMethod(std::string name) : XoMethodInfo(std::move(name)) {
     XoDataType* self = self_type<FiXoClass>();
     addSignature().addArgType(self).addResultType(self);
     addSignature().addArgType(self).addArgType(AnyArray::type()).addResultType(self);
@@ -575,12 +535,8 @@ class FiDiagonalMethod : public XoMethodInfo {
   void invokeMethod(XoMethodSignature*, int* nout, void** outputs, int nargs,
                     void** inputs) override {
     const fi& a = object_of<fi>(static_cast<XoInterface*>(inputs[0]));
-    long k = 0;
-    if (nargs > 1) {
-      const std::optional<long> given = integerScalar(AnyArray::unbox(inputs[1]));
-      if (!given) raise(Msg::FiDiagonalNotInteger);
-      k = *given;
-    }
+    checkRestriction<R>(*this, a);
+    const long k = optionalInteger(nargs, inputs, Lowest, Error);
     outputs[0] = wrapFi((a.*Op)(static_cast<int>(k)));
     *nout = 1;
   }

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 
+#include "fi/pairwise_loop.h"
 #include "quantize/cpu_clones.h"
 
 namespace corbel::kernels {
@@ -11,7 +12,8 @@ namespace {
 
 // q + magic lies in [2^52, 2^53), where doubles are the integers, so the low bits of its
 // encoding are q's two's-complement bits: the conversions vectorise with no integer-double
-// instruction.
+// instruction. (The difference of encodings is taken unsigned, so that any input, even one
+// whose output is discarded, is well defined.)
 CORBEL_INLINE std::int64_t bitsOf(double v) {
   return std::bit_cast<std::int64_t>(v);
 }
@@ -19,40 +21,13 @@ CORBEL_INLINE std::int64_t bitsOf(double v) {
 // The pattern of q = x 2^-e (exact), taken modulo 2^W.
 CORBEL_INLINE std::uint64_t pattern(double x, const BitFormat& f) {
   const double shifted = x * f.down + f.magic;
-  return static_cast<std::uint64_t>(bitsOf(shifted) - bitsOf(f.magic)) & f.mask;
+  return (std::bit_cast<std::uint64_t>(shifted) - std::bit_cast<std::uint64_t>(f.magic)) & f.mask;
 }
 
 // The signed or unsigned reading of a pattern, times 2^e; a zero pattern is +0.
 CORBEL_INLINE double reading(std::uint64_t u, const BitFormat& f) {
   const auto q = static_cast<std::int64_t>(u << f.extend) >> f.extend;
   return (std::bit_cast<double>(q + bitsOf(f.magic)) - f.magic) * f.up;
-}
-
-template <std::size_t Sa, std::size_t Sb, class Op>
-CORBEL_INLINE bool bitwiseRun(const BitFormat& f, const number* a, const number* b, number* out,
-                              std::size_t n, Op op) {
-  std::size_t boxed = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const number& u = a[i * Sa];
-    const number& v = b[i * Sb];
-    boxed += !u.isdouble();
-    boxed += !v.isdouble();
-    // A boxed value reads as zero here; the result is discarded then anyway.
-    const std::uint64_t x = pattern(u.isdouble() ? u.inlinedouble() : 0.0, f);
-    const std::uint64_t y = pattern(v.isdouble() ? v.inlinedouble() : 0.0, f);
-    number::placedouble(out + i, reading(op(x, y), f));
-  }
-  return boxed == 0;
-}
-
-template <class Op>
-CORBEL_INLINE bool bitwiseSteps(const BitFormat& f, const number* a, std::size_t sa,
-                                const number* b, std::size_t sb, number* out, std::size_t n,
-                                Op op) {
-  if (sa == 1 && sb == 1) return bitwiseRun<1, 1>(f, a, b, out, n, op);
-  if (sa == 0 && sb == 1) return bitwiseRun<0, 1>(f, a, b, out, n, op);
-  if (sa == 1 && sb == 0) return bitwiseRun<1, 0>(f, a, b, out, n, op);
-  return bitwiseRun<0, 0>(f, a, b, out, n, op);
 }
 
 }  // namespace
@@ -66,13 +41,18 @@ BitFormat::BitFormat(bool issigned, int wordLength, int e)
 
 CORBEL_CPU_CLONES bool bitwise(Bitwise op, const BitFormat& f, const number* a, std::size_t sa,
                                const number* b, std::size_t sb, number* out, std::size_t n) {
+  const auto on = [&f](auto combine) {
+    return [&f, combine](double x, double y) {
+      return reading(combine(pattern(x, f), pattern(y, f)), f);
+    };
+  };
   switch (op) {
     case Bitwise::And:
-      return bitwiseSteps(f, a, sa, b, sb, out, n, [](auto x, auto y) { return x & y; });
+      return pairwise(a, sa, b, sb, out, n, on([](auto x, auto y) { return x & y; }));
     case Bitwise::Or:
-      return bitwiseSteps(f, a, sa, b, sb, out, n, [](auto x, auto y) { return x | y; });
+      return pairwise(a, sa, b, sb, out, n, on([](auto x, auto y) { return x | y; }));
     case Bitwise::Xor:
-      return bitwiseSteps(f, a, sa, b, sb, out, n, [](auto x, auto y) { return x ^ y; });
+      return pairwise(a, sa, b, sb, out, n, on([](auto x, auto y) { return x ^ y; }));
   }
   return false;
 }

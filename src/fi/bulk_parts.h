@@ -4,6 +4,7 @@
 
 #include <cstddef>
 
+#include "fi/bit_kernels.h"
 #include "fi/element_kernels.h"
 #include "fi/fi.h"
 
@@ -31,6 +32,19 @@ inline bool allInline(const fi& x) {
   const auto n = static_cast<std::size_t>(x.numel());
   if (n == 0) return true;
   return kernels::alldoubles(&x.real(0), n) && (x.isreal() || kernels::alldoubles(&x.imag(0), n));
+}
+
+// The loops' name of a bit operation.
+inline kernels::Bitwise bitwiseOf(fi::BitOp op) {
+  switch (op) {
+    case fi::BitOp::And:
+      return kernels::Bitwise::And;
+    case fi::BitOp::Or:
+      return kernels::Bitwise::Or;
+    case fi::BitOp::Xor:
+      break;
+  }
+  return kernels::Bitwise::Xor;
 }
 
 }  // namespace corbel::bulk

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "fi/pairwise_loop.h"
 #include "number/doublenumber.h"
 #include "quantize/cpu_clones.h"
 
@@ -57,41 +58,15 @@ CORBEL_CPU_CLONES void combine(Combine op, double* x, const double* y, std::size
   }
 }
 
-namespace {
-
-template <std::size_t Sa, std::size_t Sb, class Op>
-CORBEL_INLINE bool combineRun(const number* a, const number* b, number* out, std::size_t n, Op op) {
-  std::size_t boxed = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const number& x = a[i * Sa];
-    const number& y = b[i * Sb];
-    boxed += !x.isdouble();
-    boxed += !y.isdouble();
-    number::placedouble(out + i, op(x.inlinedouble(), y.inlinedouble()));
-  }
-  return boxed == 0;
-}
-
-template <class Op>
-CORBEL_INLINE bool combineSteps(const number* a, std::size_t sa, const number* b, std::size_t sb,
-                                number* out, std::size_t n, Op op) {
-  if (sa == 1 && sb == 1) return combineRun<1, 1>(a, b, out, n, op);
-  if (sa == 0 && sb == 1) return combineRun<0, 1>(a, b, out, n, op);
-  if (sa == 1 && sb == 0) return combineRun<1, 0>(a, b, out, n, op);
-  return combineRun<0, 0>(a, b, out, n, op);
-}
-
-}  // namespace
-
 CORBEL_CPU_CLONES bool combineInto(Combine op, const number* a, std::size_t sa, const number* b,
                                    std::size_t sb, number* out, std::size_t n) {
   switch (op) {
     case Combine::Add:
-      return combineSteps(a, sa, b, sb, out, n, [](double x, double y) { return x + y; });
+      return pairwise(a, sa, b, sb, out, n, [](double x, double y) { return x + y; });
     case Combine::Subtract:
-      return combineSteps(a, sa, b, sb, out, n, [](double x, double y) { return x - y; });
+      return pairwise(a, sa, b, sb, out, n, [](double x, double y) { return x - y; });
     case Combine::Multiply:
-      return combineSteps(a, sa, b, sb, out, n, [](double x, double y) { return x * y; });
+      return pairwise(a, sa, b, sb, out, n, [](double x, double y) { return x * y; });
   }
   return false;
 }
@@ -102,29 +77,6 @@ namespace {
 template <bool Larger>
 CORBEL_INLINE bool beyond(double y, double x) {
   return Larger ? y > x : y < x;
-}
-
-template <bool Larger, std::size_t Sa, std::size_t Sb>
-CORBEL_INLINE bool selectRun(const number* a, const number* b, number* out, std::size_t n) {
-  std::size_t boxed = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const number& x = a[i * Sa];
-    const number& y = b[i * Sb];
-    boxed += !x.isdouble();
-    boxed += !y.isdouble();
-    const double u = x.inlinedouble(), v = y.inlinedouble();
-    number::placedouble(out + i, beyond<Larger>(v, u) ? v : u);
-  }
-  return boxed == 0;
-}
-
-template <bool Larger>
-CORBEL_INLINE bool selectSteps(const number* a, std::size_t sa, const number* b, std::size_t sb,
-                               number* out, std::size_t n) {
-  if (sa == 1 && sb == 1) return selectRun<Larger, 1, 1>(a, b, out, n);
-  if (sa == 0 && sb == 1) return selectRun<Larger, 0, 1>(a, b, out, n);
-  if (sa == 1 && sb == 0) return selectRun<Larger, 1, 0>(a, b, out, n);
-  return selectRun<Larger, 0, 0>(a, b, out, n);
 }
 
 template <bool Larger>
@@ -162,8 +114,12 @@ CORBEL_INLINE void reduceBlock(const number* block, std::size_t stride, std::siz
 
 CORBEL_CPU_CLONES bool select(bool larger, const number* a, std::size_t sa, const number* b,
                               std::size_t sb, number* out, std::size_t n) {
-  return larger ? selectSteps<true>(a, sa, b, sb, out, n)
-                : selectSteps<false>(a, sa, b, sb, out, n);
+  // The right element only when strictly beyond the left one: a tie keeps the left.
+  if (larger)
+    return pairwise(a, sa, b, sb, out, n,
+                    [](double x, double y) { return beyond<true>(y, x) ? y : x; });
+  return pairwise(a, sa, b, sb, out, n,
+                  [](double x, double y) { return beyond<false>(y, x) ? y : x; });
 }
 
 CORBEL_CPU_CLONES void reduceSelect(bool larger, const number* x, std::size_t outer,

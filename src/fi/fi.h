@@ -512,10 +512,9 @@ class fi {
   // integers, as bulkSum and bulkProduct are on doubles.
   std::unique_ptr<fi> wideSum(const fi& b, const NumericType& T, bool subtract) const;
   std::unique_ptr<fi> wideProduct(const fi& b, const NumericType& P) const;
-  // bitand, bitor, bitxor and bitcmp of wide binary-point arrays on their stored integers,
+  // bitand, bitor and bitxor (and so bitcmp) of wide binary-point arrays on their stored integers,
   // one operand at least holding them; null when they do not apply.
   std::unique_ptr<fi> wideBitwise(const fi& b, BitOp op) const;
-  std::unique_ptr<fi> wideBitcmp() const;
 
   // over on double-backed binary-point arrays, in integer arithmetic; null when it does not
   // apply or a zero of the element path's own sign would arise.
@@ -541,7 +540,8 @@ class fi {
   // writes their places into index; bulkBitget writes into a uint8 array of the result's
   // shape, and bulkBitset makes an array of the given shape.
   std::unique_ptr<fi> bulkBitwise(const fi& b, BitOp op) const;
-  std::unique_ptr<fi> bulkBitcmp() const;
+  // bitcmp by one of the loops above, as the exclusive or with the all-ones word.
+  std::unique_ptr<fi> complementByLoop() const;
   bool bulkBitget(const HostArray& positions, HostArray& bits) const;
   std::unique_ptr<fi> bulkBitset(const HostArray& positions, const HostArray& values,
                                  const std::vector<int>& dims) const;

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "fi/exact_values.h"
 #include "fi/fi.h"
 #include "host/messages.h"
 #include "number/doublenumber.h"
@@ -113,10 +114,26 @@ std::size_t at(std::size_t n, std::size_t k) {
 
 }  // namespace
 
+std::unique_ptr<fi> fi::complementByLoop() const {
+  // The complement is the exclusive or with the all-ones word: -1 or 2^W - 1 stored.
+  if (getLogging()) return nullptr;
+  Integer allOnes;
+  if (getSigned()) {
+    mpz_set_si(allOnes.v, -1);
+  } else {
+    mpz_setbit(allOnes.v, static_cast<mp_bitcnt_t>(getWordLength()));
+    mpz_sub_ui(allOnes.v, allOnes.v, 1);
+  }
+  fi ones(1, 1, type_, math_, iscomplex());
+  ones.realRef(0).setvalue(allOnes.v, type_.getFixedExponent());
+  if (iscomplex()) ones.imagRef(0).setvalue(allOnes.v, type_.getFixedExponent());
+  return wide_ ? wideBitwise(ones, BitOp::Xor) : bulkBitwise(ones, BitOp::Xor);
+}
+
 std::unique_ptr<fi> fi::bitcmp() const {
   errorIfScaledDouble("bitcmp");
   if (numel_ > 0)
-    if (auto r = wide_ ? wideBitcmp() : bulkBitcmp()) return r;
+    if (auto r = complementByLoop()) return r;
   auto r = std::make_unique<fi>(*this, WholeCopy);
   if (r->numel_ == 0) return r;
   const BitWord word(*this);

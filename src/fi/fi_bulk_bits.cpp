@@ -53,9 +53,7 @@ std::unique_ptr<fi> fi::bulkBitwise(const fi& b, BitOp op) const {
   auto r =
       std::unique_ptr<fi>(new fi(shape.dims(), shape.ndims(), type_, math_, Unfilled::Elements));
   const auto n = static_cast<std::size_t>(r->numel_);
-  const kernels::Bitwise kind = op == BitOp::And  ? kernels::Bitwise::And
-                                : op == BitOp::Or ? kernels::Bitwise::Or
-                                                  : kernels::Bitwise::Xor;
+  const kernels::Bitwise kind = bulk::bitwiseOf(op);
   for (bool imagPart : {false, true}) {
     if (imagPart && isreal_ && b.isreal_) break;
     std::size_t sa, sb;
@@ -67,17 +65,6 @@ std::unique_ptr<fi> fi::bulkBitwise(const fi& b, BitOp op) const {
     }
   }
   return r;
-}
-
-std::unique_ptr<fi> fi::bulkBitcmp() const {
-  // The complement is the exclusive or with the all-ones word: -1 or 2^W - 1 stored.
-  if (!bitFormat(*this, false)) return nullptr;
-  fi ones(1, 1, type_, math_, iscomplex());
-  const double q = getSigned() ? -1.0 : std::ldexp(1.0, getWordLength()) - 1.0;
-  const double v = std::ldexp(q, type_.getFixedExponent());
-  ones.realRef(0) = number::ondouble(v);
-  if (iscomplex()) ones.imagRef(0) = number::ondouble(v);
-  return bulkBitwise(ones, BitOp::Xor);
 }
 
 bool fi::bulkBitget(const HostArray& positions, HostArray& bits) const {

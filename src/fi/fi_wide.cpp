@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "fi/bit_kernels.h"
+#include "fi/bulk_parts.h"
 #include "fi/element_storage.h"
-#include "fi/exact_values.h"
 #include "fi/fi.h"
 #include "fi/stored_span.h"
 #include "fi/wide_elements.h"
@@ -310,9 +310,7 @@ std::unique_ptr<fi> fi::wideBitwise(const fi& b, BitOp op) const {
   const int limbs = storedLimbs(getWordLength());
   const bool complex = iscomplex() || b.iscomplex();
   auto wide = std::make_unique<WideElements>(limbs, type_.getFixedExponent(), getWordLength(), n);
-  const kernels::Bitwise kind = op == BitOp::And  ? kernels::Bitwise::And
-                                : op == BitOp::Or ? kernels::Bitwise::Or
-                                                  : kernels::Bitwise::Xor;
+  const kernels::Bitwise kind = bulk::bitwiseOf(op);
   const auto run = [&](auto zero) {
     using I = decltype(zero);
     std::vector<I> sa, sb;
@@ -338,22 +336,6 @@ std::unique_ptr<fi> fi::wideBitwise(const fi& b, BitOp op) const {
   result->isreal_ = !complex;
   result->wide_ = std::move(wide);
   return result;
-}
-
-std::unique_ptr<fi> fi::wideBitcmp() const {
-  if (!wide_ || getLogging()) return nullptr;
-  // The complement is the exclusive or with the all-ones word, -1 or 2^W - 1 stored.
-  fi ones(1, 1, type_, math_, iscomplex());
-  Integer v;
-  if (getSigned()) {
-    mpz_set_si(v.v, -1);
-  } else {
-    mpz_setbit(v.v, static_cast<mp_bitcnt_t>(getWordLength()));
-    mpz_sub_ui(v.v, v.v, 1);
-  }
-  ones.realRef(0).setvalue(v.v, type_.getFixedExponent());
-  if (iscomplex()) ones.imagRef(0).setvalue(v.v, type_.getFixedExponent());
-  return wideBitwise(ones, BitOp::Xor);
 }
 
 }  // namespace corbel

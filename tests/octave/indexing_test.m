@@ -132,6 +132,7 @@
 %! assert (double (toeplitz (v, r)), toeplitz (double (v), double (r)));
 %! assert (double (hankel (v, [3 4 5] / 8)), hankel (double (v), [3 4 5] / 8));
 %!error id=velkora:fi:diag:notDefinedForND diag (fi (ones (2, 2, 2)))
+%!error id=velkora:fi:diag:badK diag (fi ([1 2]), 1.5)
 
 ## filter and conv agree with the doubles where every product and sum is exact, take their
 ## types from the fimath, and refuse what they do not define.

@@ -13,9 +13,5 @@ function t = eq (a, b)
   if (nargin != 2)
     print_usage ();
   endif
-  if (isa (a, "embedded.fi"))
-    t = __corbel_call__ ("eq", a, b);
-  else
-    t = __corbel_call__ ("eq", b, a);
-  endif
+  t = __corbel_relation__ ("eq", "eq", a, b);
 endfunction

@@ -13,9 +13,5 @@ function t = ge (a, b)
   if (nargin != 2)
     print_usage ();
   endif
-  if (isa (a, "embedded.fi"))
-    t = __corbel_call__ ("ge", a, b);
-  else
-    t = __corbel_call__ ("le", b, a);
-  endif
+  t = __corbel_relation__ ("ge", "le", a, b);
 endfunction

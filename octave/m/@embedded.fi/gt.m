@@ -13,9 +13,5 @@ function t = gt (a, b)
   if (nargin != 2)
     print_usage ();
   endif
-  if (isa (a, "embedded.fi"))
-    t = __corbel_call__ ("gt", a, b);
-  else
-    t = __corbel_call__ ("lt", b, a);
-  endif
+  t = __corbel_relation__ ("gt", "lt", a, b);
 endfunction

@@ -12,8 +12,5 @@ function t = hankel (c, r)
   elseif (nargin != 2)
     print_usage ();
   endif
-  x = [c(:); r(:)];
-  n = numel (c);
-  m = numel (r);
-  t = x(hankel (1:n, [n, n + (2:m)]));
+  t = __corbel_structured__ ("hankel", c, r, true);
 endfunction

@@ -13,9 +13,5 @@ function t = le (a, b)
   if (nargin != 2)
     print_usage ();
   endif
-  if (isa (a, "embedded.fi"))
-    t = __corbel_call__ ("le", a, b);
-  else
-    t = __corbel_call__ ("ge", b, a);
-  endif
+  t = __corbel_relation__ ("le", "ge", a, b);
 endfunction

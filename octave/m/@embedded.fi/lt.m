@@ -13,9 +13,5 @@ function t = lt (a, b)
   if (nargin != 2)
     print_usage ();
   endif
-  if (isa (a, "embedded.fi"))
-    t = __corbel_call__ ("lt", a, b);
-  else
-    t = __corbel_call__ ("gt", b, a);
-  endif
+  t = __corbel_relation__ ("lt", "gt", a, b);
 endfunction

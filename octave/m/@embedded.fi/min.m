@@ -14,22 +14,6 @@
 ## @end example
 ## @end deftypefn
 
-function varargout = min (a, b, dim)
-  switch (nargin)
-    case 1
-      [varargout{1:2}] = unary_min (a);
-    case 2
-      [a, b] = __corbel_same_type__ (a, b);
-      if (nargout > 1)
-        print_usage ();
-      endif
-      varargout{1} = binary_min (a, b);
-    case 3
-      if (! isempty (b))
-        print_usage ();
-      endif
-      [varargout{1:2}] = unary_min (a, dim);
-    otherwise
-      print_usage ();
-  endswitch
+function varargout = min (varargin)
+  [varargout{1:max (nargout, 1)}] = __corbel_extremum__ ("min", nargout, varargin{:});
 endfunction

@@ -13,9 +13,5 @@ function t = ne (a, b)
   if (nargin != 2)
     print_usage ();
   endif
-  if (isa (a, "embedded.fi"))
-    t = __corbel_call__ ("ne", a, b);
-  else
-    t = __corbel_call__ ("ne", b, a);
-  endif
+  t = __corbel_relation__ ("ne", "ne", a, b);
 endfunction

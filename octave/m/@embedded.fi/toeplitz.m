@@ -12,8 +12,5 @@ function t = toeplitz (c, r)
   elseif (nargin != 2)
     print_usage ();
   endif
-  x = [c(:); r(:)];
-  n = numel (c);
-  m = numel (r);
-  t = x(toeplitz (1:n, [1, n + (2:m)]));
+  t = __corbel_structured__ ("toeplitz", c, r, false);
 endfunction
