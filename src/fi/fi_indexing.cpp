@@ -19,7 +19,8 @@ namespace {
 const double* integerEntries(const HostArray& a, Msg error) {
   if (a.element_class() != HostClass::Double || a.is_complex()) raise(error);
   const double* p = a.real<double>();
-  for (std::size_t k = 0; k < a.numel(); ++k)
+  const std::size_t n = a.numel();
+  for (std::size_t k = 0; k < n; ++k)
     if (p[k] != std::trunc(p[k])) raise(error);
   return p;
 }
@@ -28,8 +29,9 @@ const double* integerEntries(const HostArray& a, Msg error) {
 std::vector<std::size_t> positionsOf(const HostArray& a, int n) {
   const double* p = integerEntries(a, Msg::FiPositionOutOfRange);
   std::vector<std::size_t> out(a.numel());
+  const double last = n;
   for (std::size_t k = 0; k < out.size(); ++k) {
-    if (!(p[k] >= 1 && p[k] <= n)) raise(Msg::FiPositionOutOfRange);
+    if (!(p[k] >= 1 && p[k] <= last)) raise(Msg::FiPositionOutOfRange);
     out[k] = static_cast<std::size_t>(p[k]) - 1;
   }
   return out;
@@ -100,24 +102,29 @@ void fi::assignAt(const HostArray& positions, const ValueSource& from) {
 std::unique_ptr<fi> fi::rearranged(const HostArray& layout, const ValueSource& from) const {
   from.check(Msg::FiAssignedNotNumeric);
   const double* p = integerEntries(layout, Msg::FiLayoutBad);
-  const double count = static_cast<double>(from.count());
-  for (std::size_t k = 0; k < layout.numel(); ++k)
-    if (p[k] < -numel_ || p[k] > count) raise(Msg::FiLayoutBad);
+  const std::size_t n = layout.numel();
+  const double count = static_cast<double>(from.count()), kept = numel_;
+  for (std::size_t k = 0; k < n; ++k)
+    if (p[k] < -kept || p[k] > count) raise(Msg::FiLayoutBad);
   const std::vector<int> dims = dimsOf(layout);
   const bool complex = iscomplex() || from.complex();
-  // The new array continues this array's log.
+  // The new array continues this array's log; its elements start at zero.
   auto r = std::make_unique<fi>(dims.data(), static_cast<int>(dims.size()), type_, math_, complex,
                                 filog_);
-  for (std::size_t k = 0; k < layout.numel(); ++k) {
-    const int out = static_cast<int>(k);
-    if (p[k] < 0) {
-      const int i = static_cast<int>(-p[k]) - 1;
-      r->realRef(out) = real(i);
-      if (complex) r->imagRef(out) = imag(i);
-    } else if (p[k] > 0) {
-      const auto q = static_cast<std::size_t>(p[k]) - 1;
-      r->assignValue(r->realRef(out), from, q, false);
-      if (complex) r->assignValue(r->imagRef(out), from, q, true);
+  if (n > 0) {
+    number* re = &r->realRef(0);
+    number* im = complex ? &r->imagRef(0) : nullptr;
+    const number* keptRe = numel_ > 0 ? &real(0) : nullptr;
+    for (std::size_t k = 0; k < n; ++k) {
+      if (p[k] < 0) {
+        const auto i = static_cast<std::size_t>(-p[k]) - 1;
+        re[k] = keptRe[i];
+        if (complex) im[k] = imag(static_cast<int>(i));
+      } else if (p[k] > 0) {
+        const auto q = static_cast<std::size_t>(p[k]) - 1;
+        r->assignValue(re[k], from, q, false);
+        if (complex) r->assignValue(im[k], from, q, true);
+      }
     }
   }
   r->freeImagIfZero();

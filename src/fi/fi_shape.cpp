@@ -15,10 +15,13 @@ std::unique_ptr<fi> fi::gathered(const std::vector<std::size_t>& at,
                                  const std::vector<int>& dims) const {
   auto r =
       std::make_unique<fi>(dims.data(), static_cast<int>(dims.size()), type_, math_, iscomplex());
-  for (std::size_t k = 0; k < at.size(); ++k) {
-    const int i = static_cast<int>(at[k]), out = static_cast<int>(k);
-    r->realRef(out) = real(i);
-    if (iscomplex()) r->imagRef(out) = imag(i);
+  if (at.empty()) return r;
+  number* re = &r->realRef(0);
+  const number* from = &real(0);
+  for (std::size_t k = 0; k < at.size(); ++k) re[k] = from[at[k]];
+  if (iscomplex()) {
+    number* im = &r->imagRef(0);
+    for (std::size_t k = 0; k < at.size(); ++k) im[k] = imag(static_cast<int>(at[k]));
   }
   return r;
 }
