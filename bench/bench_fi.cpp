@@ -7,6 +7,9 @@
 //   dx  multiply two 10^5-element s100,96 arrays to 200 bits
 //   e   64x64 by 64x64 matrix product of s16,15 (per multiply-add)
 //   cb  the complex form of b
+//   fir a 64-tap FIR over 10^5 s16,15 samples with s16,15 taps and a 40-bit accumulator
+//       (per sample), as the Octave filter runs it: the delayed samples made from a layout,
+//       then one matrix product
 // and beside them bitshift, ./, bitand, max and the largest of each column.
 // Inputs are uniform in (-1.1, 1.1). The plain loops are built with the project's flags,
 // as any code that uses the library is; the "avx2" rows give the same loops built for
@@ -415,6 +418,41 @@ void BM_e_fi(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(a.mtimes(b));
 }
 
+// ---- fir: 64 taps, 10^5 samples, 40-bit accumulator --------------------------------------
+
+constexpr int kTaps = 64;
+
+void BM_fir_plain_loop(benchmark::State& state) {
+  const auto x = storedIntegers(va()), b = storedIntegers(vb());
+  std::vector<std::int64_t> y(kWideN);
+  for (auto _ : state) {
+    for (int i = 0; i < kWideN; ++i) {
+      std::int64_t acc = 0;
+      for (int k = 0; k < kTaps && k <= i; ++k) acc += std::int32_t{x[i - k]} * b[k];
+      y[i] = acc;  // 38 bits at most: the 40-bit accumulator never wraps
+    }
+    benchmark::DoNotOptimize(y.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void BM_fir_fi(benchmark::State& state) {
+  fimath math;
+  math.setSumMode(ArithmeticModeEnum::SpecifyPrecision);
+  math.setSumWordLength(40);
+  math.setSumFractionLength(30);
+  const fi x = makeArray(va(), kWideN, 1, 16, 15, math);
+  const fi b = makeArray(vb(), kTaps, 1, 16, 15, math);
+  for (auto _ : state) {
+    // Element (i, k) of the delayed samples is x(i - k), or zero before the first sample.
+    HostArray layout = HostArray::make_double_matrix(kWideN, kTaps);
+    double* l = layout.real<double>();
+    for (int k = 0; k < kTaps; ++k)
+      for (int i = k; i < kWideN; ++i) l[i + std::size_t{kWideN} * k] = -(i - k + 1.0);
+    benchmark::DoNotOptimize(x.rearranged(layout, {})->mtimes(b));
+  }
+}
+
 BENCHMARK(BM_a_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_a_plain_avx2)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_a_fi)->Unit(benchmark::kMillisecond);
@@ -443,6 +481,8 @@ BENCHMARK(BM_e_plain_avx2)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_e_fi)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_cb_plain_loop)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_cb_fi)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_fir_plain_loop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_fir_fi)->Unit(benchmark::kMillisecond);
 
 // Heap bytes per element of a real 10^6-element array, as the allocator counts them. Run
 // first, before any freed block waits in the element storage's cache.
@@ -472,7 +512,9 @@ int main(int argc, char** argv) {
   bench::RatioReporter reporter("element", [](const std::string& name) {
     const std::string task = name.substr(3, name.find('_', 3) - 3);
     const double items = task == "e"                                          ? double(kM) * kM * kM
-                         : (task == "dplus" || task == "dx" || task == "div") ? double(kWideN)
+                         : (task == "dplus" || task == "dx" || task == "div" ||
+                            task == "fir")
+                               ? double(kWideN)
                                                                               : double(kN);
     return bench::Placement{name, task, name.find("plain_loop") != std::string::npos, items};
   });
