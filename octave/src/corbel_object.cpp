@@ -95,9 +95,11 @@ bool octave_corbel_object::indexable() const {
 }
 
 octave_value octave_corbel_object::element_call(const char* method, const NDArray& positions,
-                                                const octave_value* values) {
+                                                const octave_value* values,
+                                                const char* operation) {
   std::vector<HostArray> args{HostArray::make_object(m_obj), to_host(octave_value(positions))};
   if (values) args.push_back(to_host(*values));
+  if (operation) args.push_back(HostArray::make_text(operation));
   std::vector<HostArray> results = dispatcher::invoke(method, args, values ? 0 : 1);
   return results.empty() ? octave_value() : to_octave(std::move(results.front()));
 }
@@ -210,7 +212,7 @@ octave_value octave_corbel_object::resize(const dim_vector& dv, bool) const {
 
 void octave_corbel_object::place(const octave_value& values, const Array<octave_idx_type>& at) {
   make_instance_unique();
-  element_call("subsasgn", placed_positions(dims(), values.dims(), at), &values);
+  element_call("subsasgn", placed_positions(dims(), values.dims(), at), &values, "concatenation");
 }
 
 void octave_corbel_object::print(std::ostream& os, bool pr_as_read_syntax) {

@@ -74,9 +74,10 @@ class octave_corbel_object : public octave_base_value {
   void set(const std::string& property, const octave_value& value);
   // Whether the instance has elements to index (a fi).
   bool indexable() const;
-  // Calls an element method with this instance, positions and (for an assignment) values.
+  // Calls an element method with this instance, positions and (for an assignment) values,
+  // and the name an assignment reports its quantizations under (when not "assignment").
   octave_value element_call(const char* method, const NDArray& positions,
-                            const octave_value* values);
+                            const octave_value* values, const char* operation = nullptr);
   // a(idx) = rhs and a(idx) = [].
   void assign_elements(const octave_value_list& idx, const octave_value& rhs);
   // Makes the instance this value's own before it is changed in place: the library may

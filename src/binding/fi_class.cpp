@@ -382,7 +382,11 @@ class FiByPositionMethod : public XoMethodInfo {
     auto& sig = addSignature().addArgType(self).addArgType(any);
     if constexpr (K == ByPosition::Values) sig.addResultType(any);
     if constexpr (K == ByPosition::Reference) sig.addResultType(self);
-    if constexpr (K == ByPosition::Assign) sig.addArgType(any);
+    if constexpr (K == ByPosition::Assign) {
+      // A fourth argument names the operation the quantizations are reported under.
+      sig.addArgType(any);
+      addSignature().addArgType(self).addArgType(any).addArgType(any).addArgType(any);
+    }
     if constexpr (K == ByPosition::Layout) {
       sig.addResultType(self);
       addSignature().addArgType(self).addArgType(any).addArgType(any).addResultType(self);
@@ -398,7 +402,9 @@ class FiByPositionMethod : public XoMethodInfo {
     } else if constexpr (K == ByPosition::Reference) {
       outputs[0] = wrapFi(a.elementsAt(positions));
     } else if constexpr (K == ByPosition::Assign) {
-      a.assignAt(positions, valueSource(AnyArray::unbox(inputs[2])));
+      const std::string operation = nargs > 3 ? AnyArray::unbox(inputs[3]).text() : "";
+      a.assignAt(positions, valueSource(AnyArray::unbox(inputs[2])),
+                 operation.empty() ? nullptr : operation.c_str());
       *nout = 0;
     } else {
       const fi::ValueSource none;

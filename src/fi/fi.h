@@ -301,8 +301,10 @@ class fi {
   // this array) holding the elements there.
   std::unique_ptr<fi> elementsAt(const HostArray& positions) const;
   // Assigns into the elements at the positions one value each, or the one value to all; a
-  // complex value makes the array complex, and an all-zero imaginary part is dropped.
-  void assignAt(const HostArray& positions, const ValueSource& from);
+  // complex value makes the array complex, and an all-zero imaginary part is dropped. The
+  // quantizations are reported as those of an assignment, or of the named operation.
+  void assignAt(const HostArray& positions, const ValueSource& from,
+                const char* operation = nullptr);
   // A new array shaped like `layout` (a real double array): an entry -p takes this array's
   // element p, p > 0 assigns value p of `from`, and 0 is a zero. The new array continues
   // this array's log.

@@ -76,7 +76,7 @@ std::unique_ptr<fi> fi::elementsAt(const HostArray& positions) const {
   return gathered(positionsOf(positions, numel_), dimsOf(positions));
 }
 
-void fi::assignAt(const HostArray& positions, const ValueSource& from) {
+void fi::assignAt(const HostArray& positions, const ValueSource& from, const char* operation) {
   from.check(Msg::FiAssignedNotNumeric);
   const std::vector<std::size_t> at = positionsOf(positions, numel_);
   const std::size_t count = from.count();
@@ -96,7 +96,11 @@ void fi::assignAt(const HostArray& positions, const ValueSource& from) {
     if (!isreal_) imagRef(i) = complex ? im[k] : zeroNumber();
   }
   freeImagIfZero();
-  if (getLogging()) displaySubsasgnLogging(filog_);
+  if (!getLogging()) return;
+  if (operation)
+    reportQuantizations(operation);
+  else
+    displaySubsasgnLogging(filog_);
 }
 
 std::unique_ptr<fi> fi::rearranged(const HostArray& layout, const ValueSource& from) const {

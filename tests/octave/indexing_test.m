@@ -65,7 +65,8 @@
 %! assert (double (a(1)), 0.0625);   % value semantics
 %! assert (a(3).WordLength, 8);
 
-## Overflows in an assignment warn under logging, named "assignment".
+## Overflows in an assignment warn under logging, named "assignment"; those of a
+## concatenation are named "concatenation".
 %!test
 %! fipref_logging = fi (0);
 %! fipref_logging.Logging = true;
@@ -75,6 +76,11 @@
 %!   a(1) = 100;
 %!   [msg, id] = lastwarn ();
 %!   assert ({id, msg}, {"fi:overflow", "1 overflow occurred in the fi assignment operation."});
+%!   lastwarn ("");
+%!   b = [a, 100, -100];
+%!   [msg, id] = lastwarn ();
+%!   assert ({id, msg}, {"fi:overflow", "1 overflow occurred in the fi concatenation operation."});
+%!   assert (double (b), [7.9375 0 7.9375 -8]);
 %! unwind_protect_cleanup
 %!   fipref_logging.Logging = false;
 %! end_unwind_protect
