@@ -51,6 +51,31 @@
 %! assert (double (sum (fi (zeros (0, 3)))), [0 0 0]);
 %! assert (double (sum (fi (1 + 2i, 1, 8, 4) * [1 1])), 2 + 4i);
 %!error id=velkora:fi:sum:badDimension sum (fi (1), 0)
+%!error id=velkora:fi:sum:badDimension cumsum (fi (1), 1.5)
+
+## cumsum, prod and mean along every dimension against the doubles (exact at full
+## precision); the last running sum is the sum under every SumMode, in the sum's type; the
+## mean rounds into the array's own type.
+%!test
+%! d = reshape (-12:11, 2, 3, 4) / 8;
+%! a = fi (d, 1, 8, 3);
+%! for dim = 1:4
+%!   assert (double (cumsum (a, dim)), cumsum (d, dim));
+%!   assert (double (prod (a, dim)), prod (d, dim));
+%! endfor
+%! assert ({double(cumsum (a)), double(prod (a))}, {cumsum(d), prod(d)});
+%! assert (prod (fi ([0.5 0.75 -0.25], 1, 8, 6)).WordLength, 24);
+%! assert (double (prod (fi (zeros (0, 3)))), [1 1 1]);
+%! for mode = {"FullPrecision", "KeepLSB", "KeepMSB", "SpecifyPrecision"}
+%!   b = fi ((-1:0.25:1)' * [1 -1 0.5], 1, 8, 4, "SumMode", mode{1}, "SumWordLength", 7,
+%!           "SumFractionLength", 3, "RoundMode", "floor", "OverflowMode", "wrap");
+%!   c = cumsum (b);  s = sum (b);
+%!   assert ({double(c(end, :)), c.WordLength, c.FractionLength},
+%!           {double(s), s.WordLength, s.FractionLength});
+%! endfor
+%! m = mean (fi ([1 2; 3 4] / 8, 1, 8, 6), 2);
+%! assert ({double(m), m.WordLength, m.FractionLength}, {[3; 7] / 16, 8, 6});
+%! assert (double (mean (fi ([1 2 2] / 64, 1, 8, 6))), 2 / 64);   % 5/3 steps round to 2
 %!error id=velkora:fi:leadingdimension_sum:boolean:notallowed sum (fi (1, "DataType", "boolean"))
 
 ## Shape queries, copy and copydata keep value semantics.

@@ -36,6 +36,8 @@
 %! a = fi (-0.01, T, F);
 %! assert ({a.WordLength, a.FractionLength, a.RoundMode}, {12, 6, "floor"});
 %! assert (isequal (fimath (a), F));
+%! assert (isequal (numerictype (a), T, numerictype (1, 12, 6)));
+%! assert (! isequal (T, numerictype (1, 12, 5)) && ! isequal (T, 1));
 %! b = fi (0.3, F);
 %! assert ({b.WordLength, b.OverflowMode}, {16, "wrap"});
 %! c = fi (pi, 1, 8, "RoundMode", "floor", "OverflowMode", "wrap");
