@@ -151,5 +151,24 @@
 %!         {filter(double (b), 1, double (x)), 35, 30});
 %! assert (double (conv (x, b)), conv (double (x), double (b)));
 %! assert (double (filter (b, 1, double (x(:)))), filter (double (b), 1, double (x(:))));
-%!error id=velkora:fi:filter:firOnly filter (fi (1), [1 0.5], fi ([1 2]))
+%!error id=velkora:fi:filter:leadingCoefficient filter (fi (1), [2 0.5], fi ([1 2]))
+
+## An IIR filter against a model of its output register (s16,15, nearest, saturating) in
+## doubles, where every sum before the last rounding is exact: once ringing inside the range
+## and once driven into saturation, with a built-in denominator.
+%!test
+%! rand ("seed", 7);
+%! b = fi ([0.25 -0.125 0.0625], 1, 16, 15);
+%! a = fi ([1 -1.6 0.81], 1, 16, 14);
+%! for gain = [1/8, 4]
+%!   x = fi (gain * (rand (60, 1) - 0.5), 1, 16, 15);
+%!   bd = double (b);  ad = double (a);  xd = double (x);  yd = zeros (size (xd));
+%!   for n = 1:numel (xd)
+%!     k = 1:min (n, 3);
+%!     acc = bd(k) * xd(n - k + 1) - ad(k(2:end)) * yd(n - k(2:end) + 1);
+%!     yd(n) = min (max (floor (acc * 2^15 + 0.5), -2^15), 2^15 - 1) / 2^15;
+%!   endfor
+%!   y = filter (b, double (a), x);
+%!   assert ({double(y), y.WordLength, y.FractionLength}, {yd, 16, 15});
+%! endfor
 %!error id=velkora:fi:filter:vectorsOnly filter (fi (ones (2)), 1, fi ([1 2]))
