@@ -3,7 +3,8 @@
 ## A built-in operand @var{v} of an arithmetic operation with the fi @var{f}, as a fi with
 ## the fimath of @var{f}:
 ## @itemize
-## @item an integer array keeps its own integer type (int8 as s8,0, uint16 as u16,0, ...);
+## @item an integer array keeps its own integer type (int8 as s8,0, uint16 as u16,0, ...,
+## int64 as s64,0);
 ## @item a logical array becomes u1,0;
 ## @item a double or single array takes the word length of @var{f}, signed when @var{f} is
 ## or when a value is negative, with the best precision for its values;
@@ -15,6 +16,10 @@ function x = __corbel_operand__ (v, f)
   F = fimath (f);
   if (! isfixed (f) || isscaleddouble (f))
     x = fi (v, numerictype (f), F);
+  elseif (isa (v, "int64") || isa (v, "uint64"))
+    ## The constructor takes no 64-bit integers; their stored integers are set exactly.
+    x = fi (zeros (size (v)), isa (v, "int64"), 64, 0, F);
+    x.int = v;
   elseif (isinteger (v))
     x = fi (v, F);
   elseif (islogical (v))

@@ -54,6 +54,40 @@
 %! assert (double ([1 2] - x), [0.75 2.5]);
 %! u = fi (0.5, 0, 8, 7);
 %! assert ((u + (-0.25)).Signed, true);
+## Built-in operands of every class on either side, at 8 to 100 bits, against the same
+## operation on doubles: the values have at most 18 significant bits on grids at most 2^8
+## apart, so every model sum and product is exact, and the results are compared exactly.
+%!test
+%! rand ("seed", 5);
+%! F = fimath ("MaxSumWordLength", 1024, "MaxProductWordLength", 1024);
+%! ops = {@plus, @minus, @times, @mtimes};
+%! for w = [8 32 53 64 100]
+%!   bits = min (w - 2, 18);
+%!   for trial = 1:3
+%!     g = -floor (rand * 25);                      % the grid of a is 2^g
+%!     f = -g + floor (rand * (w - bits));          % so a's type holds its values
+%!     x = round ((2 * rand (2, 3) - 1) * 2 ^ (bits - 1)) * 2 ^ g;
+%!     if (trial == 3)
+%!       x = abs (x);
+%!     endif
+%!     a = fi (x, trial != 3, w, f, F);
+%!     d = round ((2 * rand (2, 3) - 1) * 2 ^ (bits - 1)) * 2 ^ (g + floor (rand * 17) - 8);
+%!     small = int8 (round (200 * rand - 100));
+%!     operands = {d, d(1), small, int64(-3), d(1) > 0, single(d(1))};
+%!     for k = 1 + (0:3)(a.Signed | [1 0 1 1])     % unsigned differences saturate at 0
+%!       for v = operands
+%!         y = double (v{1});
+%!         if (k == 4 && ! isscalar (y))
+%!           y = y.';  v{1} = v{1}.';
+%!         endif
+%!         r = ops{k} (a, v{1});
+%!         assert (all (r(:) == ops{k} (x, y)(:)));
+%!         r = ops{k} (v{1}.', a.');
+%!         assert (all (r(:) == ops{k} (y.', x.')(:)));
+%!       endfor
+%!     endfor
+%!   endfor
+%! endfor
 %!error <Operator '\+' is not supported for embedded.fi and embedded.fimath operands>
 %! a + __corbel_new__ ("fimath");
 %!error <Operator '\+' is not supported for embedded.fimath and embedded.fimath operands>
