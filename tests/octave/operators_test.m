@@ -64,25 +64,25 @@
 %! for w = [8 32 53 64 100]
 %!   bits = min (w - 2, 18);
 %!   for trial = 1:3
-%!     g = -floor (rand * 25);                      % the grid of a is 2^g
-%!     f = -g + floor (rand * (w - bits));          % so a's type holds its values
+%!     g = -floor (rand * 25);                      % the grid of q is 2^g
+%!     f = -g + floor (rand * (w - bits));          % so q's type holds its values
 %!     x = round ((2 * rand (2, 3) - 1) * 2 ^ (bits - 1)) * 2 ^ g;
 %!     if (trial == 3)
 %!       x = abs (x);
 %!     endif
-%!     a = fi (x, trial != 3, w, f, F);
+%!     q = fi (x, trial != 3, w, f, F);   % not the shared a
 %!     d = round ((2 * rand (2, 3) - 1) * 2 ^ (bits - 1)) * 2 ^ (g + floor (rand * 17) - 8);
 %!     small = int8 (round (200 * rand - 100));
 %!     operands = {d, d(1), small, int64(-3), d(1) > 0, single(d(1))};
-%!     for k = 1 + (0:3)(a.Signed | [1 0 1 1])     % unsigned differences saturate at 0
+%!     for k = 1 + (0:3)(q.Signed | [1 0 1 1])     % unsigned differences saturate at 0
 %!       for v = operands
 %!         y = double (v{1});
 %!         if (k == 4 && ! isscalar (y))
 %!           y = y.';  v{1} = v{1}.';
 %!         endif
-%!         r = ops{k} (a, v{1});
+%!         r = ops{k} (q, v{1});
 %!         assert (all (r(:) == ops{k} (x, y)(:)));
-%!         r = ops{k} (v{1}.', a.');
+%!         r = ops{k} (v{1}.', q.');
 %!         assert (all (r(:) == ops{k} (y.', x.')(:)));
 %!       endfor
 %!     endfor
