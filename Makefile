@@ -1,5 +1,5 @@
 # The two everyday commands. Each installs what it needs first.
-.PHONY: test demo bench bootstrap format
+.PHONY: test demo bench package package-check bootstrap format
 
 bootstrap:
 	@scripts/bootstrap
@@ -21,6 +21,16 @@ demo: bootstrap
 	cmake --build --preset release
 	$(OCTAVE) --eval "addpath ('$(CURDIR)/build/release/octave'); run ('examples/first_steps.m')"
 	$(OCTAVE) --eval "addpath ('$(CURDIR)/build/release/octave'); run ('examples/fir_filter.m')"
+
+# corbel-<version>.tar.gz for Octave's pkg install, and its check in a scratch prefix:
+# install, load, pkg test, unload, uninstall.
+package: bootstrap
+	cmake --preset release
+	cmake --build --preset release
+	scripts/make_package build/release/octave .
+
+package-check: package
+	scripts/check_package corbel-$$(cat VERSION).tar.gz
 
 bench: bootstrap
 	cmake --preset release
