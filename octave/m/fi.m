@@ -51,6 +51,17 @@ function a = fi (varargin)
   endif
 
   [T, F, rest] = __corbel_apply_pairs__ (T, F, pairs);
+  ## fipref's DataTypeOverride turns new fixed-point values into scaled or true doubles.
+  switch (__corbel_prefs__ ().DataTypeOverride)
+    case "ScaledDoubles"
+      if (strcmp (T.DataType, "Fixed"))
+        T.DataType = "ScaledDouble";
+      endif
+    case "TrueDoubles"
+      if (any (strcmp (T.DataType, {"Fixed", "ScaledDouble"})))
+        T.DataType = "double";
+      endif
+  endswitch
   a = __corbel_new__ ("embedded.CoreFi", v, T, F);
   for k = 1:2:numel (rest)
     a.(rest{k}) = rest{k+1};

@@ -1,6 +1,8 @@
 // The Corbel value type: copies, class names, dimensions, properties and display.
 #include "corbel_object.h"
 
+#include <octave/interpreter.h>
+#include <octave/parse.h>
 #include <octave/pr-output.h>
 
 #include <array>
@@ -222,6 +224,17 @@ void octave_corbel_object::print(std::ostream& os, bool pr_as_read_syntax) {
 
 void octave_corbel_object::print_raw(std::ostream& os, bool) const {
   if (!m_obj) return;
+  // A fi shown on Octave's console follows the display preferences (fipref), which the
+  // M-file layer applies; elsewhere, and without that layer, the class displays itself.
+  if (indexable() && &os == &octave_stdout &&
+      octave::interpreter::the_interpreter()
+          ->get_symbol_table()
+          .find_function("__corbel_show__")
+          .is_defined()) {
+    octave::feval("__corbel_show__",
+                  octave_value(const_cast<octave_corbel_object*>(this), true));
+    return;
+  }
   guarded([&] {
     if (dispatcher::has_method(m_obj, "disp")) {
       OutputTo redirect(os);
