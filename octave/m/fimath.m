@@ -1,8 +1,11 @@
 ## -*- texinfo -*-
 ## @deftypefn  {} {@var{F} =} fimath ()
 ## @deftypefnx {} {@var{F} =} fimath (@var{name}, @var{value}, @dots{})
-## Arithmetic settings: nearest rounding, saturation, full-precision products and sums by
-## default; property/value pairs change them, for example
+## The arithmetic settings of fixed-point operations: how results round and overflow, and the
+## types of products and sums.
+##
+## Nearest rounding, saturation, full-precision products and sums by default; property/value
+## pairs change them, for example
 ## @code{fimath ('RoundMode', 'floor', 'OverflowMode', 'wrap')}.
 ## @end deftypefn
 

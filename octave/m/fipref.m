@@ -1,3 +1,4 @@
+classdef fipref < handle
 ## -*- texinfo -*-
 ## @deftypefn  {} {@var{p} =} fipref ()
 ## @deftypefnx {} {@var{p} =} fipref (@var{name}, @var{value}, @dots{})
@@ -34,7 +35,6 @@
 ## @end example
 ## @end deftypefn
 
-classdef fipref < handle
   properties (Dependent)
     NumberDisplay
     NumericTypeDisplay

@@ -3,9 +3,12 @@
 ## @deftypefnx {} {@var{T} =} numerictype (@var{s}, @var{w})
 ## @deftypefnx {} {@var{T} =} numerictype (@var{s}, @var{w}, @var{f})
 ## @deftypefnx {} {@var{T} =} numerictype (@var{s}, @var{w}, @var{slope}, @var{bias})
-## A data type: signed 16 bits with fraction length 15 by default; with a signedness and
-## word length alone the scaling is unspecified (a fi made with it takes the best
-## precision for its values).  Property/value pairs may follow, for example
+## A fixed-point data type (or a double, single or boolean one): signedness, word length and
+## scaling.
+##
+## Signed 16 bits with fraction length 15 by default; with a signedness and word length
+## alone the scaling is unspecified (a fi made with it takes the best precision for its
+## values).  Property/value pairs may follow, for example
 ## @code{numerictype (1, 16, 'FractionLength', 12)}.
 ## @end deftypefn
 

@@ -1,10 +1,12 @@
 ## -*- texinfo -*-
 ## @deftypefn  {} {@var{q} =} quantizer ()
 ## @deftypefnx {} {@var{q} =} quantizer (@var{mode}, @var{roundmode}, @var{overflowmode}, @var{format})
-## A quantizer: fixed, floor, saturate, [16 15] by default.  Mode strings ('fixed',
-## 'ufixed', 'float', 'double', 'single', 'none', ...), round-mode strings ('floor',
-## 'nearest', ...), overflow-mode strings ('saturate', 'wrap') and a format vector may come
-## in any order, followed by property/value pairs such as @code{'wordlength', 8}.
+## A quantizer, which rounds and overflows values onto a fixed-point or floating-point grid.
+##
+## The default is fixed, floor, saturate, [16 15].  Mode strings ('fixed', 'ufixed', 'float',
+## 'double', 'single', 'none', ...), round-mode strings ('floor', 'nearest', ...),
+## overflow-mode strings ('saturate', 'wrap') and a format vector may come in any order,
+## followed by property/value pairs such as @code{'wordlength', 8}.
 ## @end deftypefn
 
 function q = quantizer (varargin)

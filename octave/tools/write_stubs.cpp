@@ -5,14 +5,22 @@
 // an earlier run (they carry kMarker) are removed first, so a method that left the library
 // leaves no stub behind; other M-files in those folders are kept.
 //
-// Usage: corbel_write_stubs <output folder> <stamp file>
+// Each file opens with its help text from the catalogue (octave/help/methods.txt): blocks
+// headed "=== <class>/<method> ===" or "=== <method> ===" (for every class with that
+// method), the first being the one used. A method without a text fails the run, unless the
+// M-file layer has its own file for it, which replaces the stub.
+//
+// Usage: corbel_write_stubs <output folder> <stamp file> <help catalogue> <M-file folder>
 #include <cctype>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <map>
 #include <set>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "binding/corbel_entry.h"
 #include "class_names.h"
@@ -66,9 +74,35 @@ void remove_old_stubs(const fs::path& out) {
   }
 }
 
-void write_stub(const fs::path& folder, const std::string& method) {
+// The catalogue's texts by heading ("embedded.fi/bitshift" or "bitshift").
+std::map<std::string, std::string> read_catalogue(const fs::path& file) {
+  std::ifstream in(file);
+  if (!in) throw std::runtime_error("cannot read the help catalogue " + file.string());
+  std::map<std::string, std::string> texts;
+  std::string line, *text = nullptr;
+  while (std::getline(in, line)) {
+    if (line.starts_with("=== ") && line.ends_with(" ===") && line.size() > 8) {
+      text = &texts[line.substr(4, line.size() - 8)];
+    } else if (text) {
+      *text += line + "\n";
+    }
+  }
+  for (auto& [heading, body] : texts) {
+    while (body.ends_with("\n\n")) body.pop_back();
+  }
+  return texts;
+}
+
+void write_stub(const fs::path& folder, const std::string& method, const std::string& help) {
   std::ofstream out(folder / (method + ".m"));
-  out << "function varargout = " << method << " (varargin)\n"
+  std::size_t at = 0;
+  while (at < help.size()) {
+    const std::size_t end = help.find('\n', at);
+    const std::string line = help.substr(at, end - at);
+    out << (line.empty() ? "##" : "## " + line) << "\n";
+    at = end + 1;
+  }
+  out << "\nfunction varargout = " << method << " (varargin)\n"
       << "  " << kMarker << ": calls the class's method '" << method << "'.\n"
       << "  varargout = __corbel_method__ (\"" << method << "\", nargout, varargin{:});\n"
       << "end\n";
@@ -77,12 +111,16 @@ void write_stub(const fs::path& folder, const std::string& method) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::cerr << "usage: " << argv[0] << " <output folder> <stamp file>\n";
+  if (argc != 5) {
+    std::cerr << "usage: " << argv[0]
+              << " <output folder> <stamp file> <help catalogue> <M-file folder>\n";
     return 2;
   }
   try {
     const fs::path out = argv[1];
+    const std::map<std::string, std::string> help = read_catalogue(argv[3]);
+    const fs::path own = argv[4];
+    std::vector<std::string> missing;
     NVInitialize_corbel();
     XoPackage* package = XoPackageManager::instance().findPackage("embedded");
     if (!package) {
@@ -92,15 +130,29 @@ int main(int argc, char** argv) {
     remove_old_stubs(out);
     int written = 0;
     for (XoClass* cls : package->getClasses()) {
-      const fs::path folder = out / ("@" + octave_host::octave_class_name(cls->getName()));
+      const std::string octave_class = octave_host::octave_class_name(cls->getName());
+      const fs::path folder = out / ("@" + octave_class);
       fs::create_directories(folder);
       std::set<std::string> done;
       for (const auto& m : dispatcher::describe(*cls).methods) {
         if (!is_identifier(m.name) || is_operator_method(m.name) || !done.insert(m.name).second)
           continue;
-        write_stub(folder, m.name);
+        if (fs::exists(own / ("@" + octave_class) / (m.name + ".m"))) continue;
+        auto text = help.find(octave_class + "/" + m.name);
+        if (text == help.end()) text = help.find(m.name);
+        if (text == help.end()) {
+          missing.push_back(octave_class + "/" + m.name);
+          continue;
+        }
+        write_stub(folder, m.name, text->second);
         ++written;
       }
+    }
+    if (!missing.empty()) {
+      std::cerr << argv[0] << ": no help text in " << argv[3] << " for:";
+      for (const auto& m : missing) std::cerr << " " << m;
+      std::cerr << "\n";
+      return 1;
     }
     std::ofstream(argv[2]) << written << " method files\n";
     return 0;
