@@ -3,6 +3,7 @@
 
 #include <octave/interpreter.h>
 #include <octave/parse.h>
+#include <octave/ov-struct.h>
 #include <octave/pr-output.h>
 
 #include <array>
@@ -260,4 +261,52 @@ bool octave_corbel_object::print_name_tag(std::ostream& os, const std::string& n
   newline(os);
   if (!Vcompact_format) newline(os);
   return true;
+}
+
+// ---- save and load --------------------------------------------------------------------
+
+octave_value octave_corbel_object::saved_fields() const {
+  if (!m_obj) octave_raise(Msg::OctaveSaveNotSupported, kNoInstanceName);
+  return octave::feval("__corbel_saved__",
+                       octave_value(const_cast<octave_corbel_object*>(this), true), 1)(0);
+}
+
+bool octave_corbel_object::restore(const octave_value& fields) {
+  const octave_value value = octave::feval("__corbel_restored__", fields, 1)(0);
+  XoInterface* restored = object_of(value);
+  if (!restored) return false;
+  // The loaded value is a fresh one from the type's prototype: it holds no instance yet.
+  restored->addRef();
+  if (m_obj) m_obj->release();
+  m_obj = restored;
+  return true;
+}
+
+bool octave_corbel_object::save_ascii(std::ostream& os) {
+  return saved_fields().save_ascii(os);
+}
+
+bool octave_corbel_object::load_ascii(std::istream& is) {
+  octave_value fields(new octave_scalar_struct());
+  return fields.load_ascii(is) && restore(fields);
+}
+
+bool octave_corbel_object::save_binary(std::ostream& os, bool save_as_floats) {
+  return saved_fields().save_binary(os, save_as_floats);
+}
+
+bool octave_corbel_object::load_binary(std::istream& is, bool swap,
+                                       octave::mach_info::float_format fmt) {
+  octave_value fields(new octave_scalar_struct());
+  return fields.load_binary(is, swap, fmt) && restore(fields);
+}
+
+bool octave_corbel_object::save_hdf5(octave_hdf5_id loc_id, const char* name,
+                                     bool save_as_floats) {
+  return saved_fields().save_hdf5(loc_id, name, save_as_floats);
+}
+
+bool octave_corbel_object::load_hdf5(octave_hdf5_id loc_id, const char* name) {
+  octave_value fields(new octave_scalar_struct());
+  return fields.load_hdf5(loc_id, name) && restore(fields);
 }

@@ -49,6 +49,15 @@ class octave_corbel_object : public octave_base_value {
   }
   bool is_true() const override;
 
+  // save and load write a struct of built-in values that the M-file layer makes from the
+  // value and makes the value from again (__corbel_saved__, __corbel_restored__).
+  bool save_ascii(std::ostream& os) override;
+  bool load_ascii(std::istream& is) override;
+  bool save_binary(std::ostream& os, bool save_as_floats) override;
+  bool load_binary(std::istream& is, bool swap, octave::mach_info::float_format fmt) override;
+  bool save_hdf5(octave_hdf5_id loc_id, const char* name, bool save_as_floats) override;
+  bool load_hdf5(octave_hdf5_id loc_id, const char* name) override;
+
   octave_value subsref(const std::string& type, const std::list<octave_value_list>& idx) override;
   octave_value_list subsref(const std::string& type, const std::list<octave_value_list>& idx,
                             int) override {
@@ -70,6 +79,9 @@ class octave_corbel_object : public octave_base_value {
   bool print_name_tag(std::ostream& os, const std::string& name) const override;
 
  private:
+  // The struct save writes for this value, and the value a loaded struct describes.
+  octave_value saved_fields() const;
+  bool restore(const octave_value& fields);
   octave_value get(const std::string& property) const;
   void set(const std::string& property, const octave_value& value);
   // Whether the instance has elements to index (a fi).
