@@ -10,6 +10,7 @@
 %! assert (double (bitcmp (fi (5, 0, 8, 0))), 250);
 %! b = fi ([3 6], 1, 8, 0);
 %! assert (double (bitand (b, fi (5, 1, 8, 0))), [1 4]);
+%! assert ({double(bitor (b, 5)), double(bitxor (int8 (5), b))}, {[7 7], [6 3]});
 %! assert (double (bitor (b, fi (5, 1, 8, 0))), [7 7]);
 %! assert (double (bitxor (b, fi (5, 1, 8, 0))), [6 3]);
 %! assert (double (bitset (a, 2)), 7);

@@ -47,6 +47,8 @@
 %! assert (s == [1.75 3.25 4.75], [true true true]);
 %! assert (isequal (s, fi ([1.75 3.25 4.75], 1, 16, 8)), true);
 %! assert (isequal (s, [1.75 3.25]), false);
+%! assert ([isequal(fi (1 + 2i), 1 + 2i, fi (1 + 2i, 1, 8, 4)), isequal(fi (1 + 2i), 1 - 2i)],
+%!         [true false]);
 
 %!error id=velkora:fi:dimagree fi ([1 2 3]) < [1 2]
 %!error id=velkora:fi:operand:notNumeric fi (1) == "a"

@@ -82,6 +82,8 @@
 %!test
 %! a = fi (ones (2, 3) / 4, 1, 16, 8);
 %! assert ({length(fi (zeros (0, 3))), size(a), size(a, 2), ndims(a)}, {0, [2 3], 3, 2});
+%! [r, c] = size (a);
+%! assert ({r, c, size(a, [1 2])}, {2, 3, [2 3]});
 %! c = copydata (a, fi (ones (2, 3) / 2, 1, 32, 20));
 %! assert ({double(a), double(c), c.WordLength}, {ones(2, 3) / 4, ones(2, 3) / 2, 16});
 %!error id=velkora:fi:subsasgn:sizeMismatch copydata (fi ([1 2]), fi (1))
