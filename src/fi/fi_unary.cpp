@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "fi/exact_values.h"
 #include "fi/fi.h"
 #include "host/messages.h"
 
@@ -119,9 +120,16 @@ std::unique_ptr<fi> fi::conj() const {
 std::unique_ptr<fi> fi::sign() const {
   if (iscomplex()) raise(Msg::FiComplexNotDefined, "sign");
   auto r = std::make_unique<fi>(dims(), ndims(), NumericType(true, 2, 0), math_, false);
+  Rational value;
   for (int i = 0; i < numel_; ++i) {
     const number& x = real(i);
-    r->realRef(i) = x.iszero() ? 0.0 : (x.isnegative() ? -1.0 : 1.0);
+    int s = x.iszero() ? 0 : (x.isnegative() ? -1 : 1);
+    if (isSlopeBiasScaled()) {
+      // The sign of the real-world value, which the bias moves away from the element's.
+      realWorld(value.v, x, type_);
+      s = mpq_sgn(value.v);
+    }
+    r->realRef(i) = static_cast<double>(s);
   }
   return r;
 }

@@ -73,4 +73,5 @@
 %!test
 %! s = sign (fi ([-0.5 0 0.25], 1, 8, 6));
 %! assert ({double(s), s.WordLength, s.FractionLength}, {[-1 0 1], 2, 0});
+%! assert (double (sign (fi ([1 0 3 -1], 1, 8, 0.5, 1))), [1 0 1 -1]);   % by real-world value
 %!error id=velkora:fi:complexnotdefined sign (fi (1i, 1, 8, 4))
