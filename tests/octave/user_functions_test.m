@@ -126,3 +126,20 @@
 %!error id=velkora:xo:wrongArgumentType isequal (fimath (), 1)
 ## A word length the type refuses warns and keeps the type's word length.
 %!warning id=Velkora:numerictype:InvalidSetting fi (pi, 1, 0);
+
+## quantize (x, T, ...) carries values into a numerictype with the given modes; setfimath and
+## removefimath change only the fimath; fi takes the scaling properties as pairs.
+%!test
+%! T = numerictype (1, 8, 4);
+%! assert (double (quantize (fi (pi, 1, 16, 13), T, "floor")), 3.125);
+%! y = quantize ([100 -0.03 pi], T, "nearest", "wrap");
+%! assert ({double(y), y.WordLength, y.OverflowMode}, {[4 0 3.125], 8, "wrap"});
+%! assert (double (quantize (fi ([1+2i 3], 1, 100, 90), T, "ceil")), [1+2i 3]);
+%! a = fi (pi, 1, 16, 13, "OverflowMode", "wrap");
+%! b = setfimath (a, fimath ("ProductMode", "KeepMSB"));
+%! assert ({b.ProductMode, b.OverflowMode, double(b), a.ProductMode},
+%!         {"KeepMSB", "saturate", double(a), "FullPrecision"});
+%! assert (removefimath (a).OverflowMode, "saturate");
+%! s = fi (pi, "WordLength", 12, "SlopeAdjustmentFactor", 1.5, "FixedExponent", -4, "Bias", 0.5);
+%! assert ([s.Slope, s.Bias, s.WordLength], [0.09375, 0.5, 12]);
+%!error id=velkora:xo:wrongPropertyValue quantize (1, numerictype (1, 8, 4), "bogus")
