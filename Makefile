@@ -14,13 +14,18 @@ test: bootstrap
 	cmake --build --preset asan
 	ctest --preset asan
 
-# Corbel in Octave first: fixed-point values, their arithmetic and the overflow log.
+# Corbel in Octave first: fixed-point values, their arithmetic and the overflow log; a
+# bit-true FIR, overflow logging, a word-length sweep of an IIR filter (its SNR plot goes to
+# build/release/iir_snr.png) and a 24-bit NCO.
 OCTAVE = octave-cli -H -q --no-window-system
 demo: bootstrap
 	cmake --preset release
 	cmake --build --preset release
 	$(OCTAVE) --eval "addpath ('$(CURDIR)/build/release/octave'); run ('examples/first_steps.m')"
 	$(OCTAVE) --eval "addpath ('$(CURDIR)/build/release/octave'); run ('examples/fir_filter.m')"
+	$(OCTAVE) --eval "addpath ('$(CURDIR)/build/release/octave'); run ('examples/fir_overflow_logging.m')"
+	$(OCTAVE) --eval "addpath ('$(CURDIR)/build/release/octave'); plot_folder = '$(CURDIR)/build/release'; run ('examples/iir_wordlength_sweep.m')"
+	$(OCTAVE) --eval "addpath ('$(CURDIR)/build/release/octave'); run ('examples/nco_24bit.m')"
 
 # corbel-<version>.tar.gz for Octave's pkg install, and its check in a scratch prefix:
 # install, load, pkg test, unload, uninstall.

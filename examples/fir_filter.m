@@ -1,7 +1,7 @@
 ## A 32-tap fixed-point FIR low-pass filter over 10^4 samples, written with filter on fi
 ## values, checked against two references: the same filter in doubles, and a bit-true model
 ## of the hardware in Octave int64 arithmetic on the stored integers.
-##   octave-cli -H -q --eval "addpath('build/release/octave'); run('examples/fir_filter.m')"
+##   octave-cli -H -q --eval "addpath(make_absolute_filename('build/release/octave')); run('examples/fir_filter.m')"
 
 warning ("off", "backtrace");
 taps = 32;

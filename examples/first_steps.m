@@ -1,6 +1,6 @@
 ## First steps with Corbel in GNU Octave: fixed-point values, their arithmetic under two
 ## sets of arithmetic settings, and the overflow log.
-##   octave-cli -H -q --eval "addpath('build/release/octave'); run('examples/first_steps.m')"
+##   octave-cli -H -q --eval "addpath(make_absolute_filename('build/release/octave')); run('examples/first_steps.m')"
 
 warning ("off", "backtrace");
 

@@ -24,16 +24,23 @@ function y = __corbel_running__ (which, a, dim)
   sz(end+1:dim) = 1;
   n = sz(dim);
   at = repmat ({":"}, 1, numel (sz));
+  if (n == numel (a) && n > 1)
+    ## A vector along dim: one linear subscript, which assignment takes in place.
+    at = {":"};
+    along = 1;
+  else
+    along = dim;
+  endif
   if (strcmp (which, "prod"))
     if (n == 0)
       sz(dim) = 1;
       y = fi (ones (sz), a.Signed, a.WordLength, fimath (a));
       return;
     endif
-    at{dim} = 1;
+    at{along} = 1;
     y = a(at{:});
     for k = 2:n
-      at{dim} = k;
+      at{along} = k;
       y = y .* a(at{:});
     endfor
     return;
@@ -43,16 +50,16 @@ function y = __corbel_running__ (which, a, dim)
   exact.SumMode = "FullPrecision";
   y = fi (zeros (sz), numerictype (sum (a, dim)), fimath (a));
   for k = 1:n
-    at{dim} = k;
+    at{along} = k;
     term = a(at{:});
     term.fimath = exact;
     if (k == 1)
       y(at{:}) = term;
     else
-      at{dim} = k - 1;
+      at{along} = k - 1;
       previous = y(at{:});
       previous.fimath = exact;
-      at{dim} = k;
+      at{along} = k;
       y(at{:}) = previous + term;
     endif
   endfor

@@ -10,7 +10,8 @@
 ## and @code{fi (v, F)} take a numerictype @var{T} and a fimath @var{F}.  Each form may be
 ## followed by property/value pairs of the numerictype and the fimath, for example
 ## @code{fi (pi, 1, 8, 'RoundMode', 'floor', 'OverflowMode', 'wrap')}.  @var{v} may be any
-## real or complex numeric or logical array.
+## real or complex numeric or logical array, or a fi, whose exact values are carried into the
+## new type (its own numerictype and fimath unless others are given).
 ## @end deftypefn
 
 function a = fi (varargin)
@@ -41,12 +42,17 @@ function a = fi (varargin)
       nums{end+1} = pos{k};
     endif
   endfor
-  if (isempty (T))
+  ## A fi value keeps its own numerictype and fimath unless others are given.
+  if (isempty (T) && isempty (nums) && isfi (v))
+    T = numerictype (v);
+  elseif (isempty (T))
     T = __corbel_numerictype_from__ (nums{:});
   elseif (! isempty (nums))
     __corbel_error__ ("UserTypeAndScaling");
   endif
-  if (isempty (F))
+  if (isempty (F) && isfi (v))
+    F = fimath (v);
+  elseif (isempty (F))
     F = __corbel_new__ ("embedded.fimath");
   endif
 
@@ -62,7 +68,16 @@ function a = fi (varargin)
         T.DataType = "double";
       endif
   endswitch
-  a = __corbel_new__ ("embedded.CoreFi", v, T, F);
+  if (isfi (v))
+    ## The type (with the best precision for the values, when it has no scaling yet), then
+    ## the exact values carried into it.
+    a = __corbel_new__ ("embedded.CoreFi", double (v), T, F);
+    if (! isempty (v))
+      a(:) = v;
+    endif
+  else
+    a = __corbel_new__ ("embedded.CoreFi", v, T, F);
+  endif
   for k = 1:2:numel (rest)
     a.(rest{k}) = rest{k+1};
   endfor

@@ -64,6 +64,8 @@
 %!   assert (double (prod (a, dim)), prod (d, dim));
 %! endfor
 %! assert ({double(cumsum (a)), double(prod (a))}, {cumsum(d), prod(d)});
+%! c = cumsum (fi ([0.5 0.75 -0.25 1], 1, 8, 6));       % a row: the sum's type, s10,6
+%! assert ({double(c), c.WordLength}, {[0.5 1.25 1 2], 10});
 %! assert (prod (fi ([0.5 0.75 -0.25], 1, 8, 6)).WordLength, 24);
 %! assert (double (prod (fi (zeros (0, 3)))), [1 1 1]);
 %! for mode = {"FullPrecision", "KeepLSB", "KeepMSB", "SpecifyPrecision"}
