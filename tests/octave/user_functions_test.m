@@ -141,7 +141,7 @@
 %!         {"KeepMSB", "saturate", double(a), "FullPrecision"});
 %! assert (removefimath (a).OverflowMode, "saturate");
 %! c = fi (a, 1, 8, 5);                                  % a fi's values into another type
-%! assert ({double(c), c.OverflowMode, fi(a).WordLength}, {3.125, "wrap", 16});
+%! assert ({double(c), c.OverflowMode, fi(a).WordLength}, {3.15625, "wrap", 16});
 %! s = fi (pi, "WordLength", 12, "SlopeAdjustmentFactor", 1.5, "FixedExponent", -4, "Bias", 0.5);
 %! assert ([s.Slope, s.Bias, s.WordLength], [0.09375, 0.5, 12]);
 %!error id=velkora:xo:wrongPropertyValue quantize (1, numerictype (1, 8, 4), "bogus")
