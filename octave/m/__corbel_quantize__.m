@@ -6,7 +6,7 @@
 ## @end deftypefn
 
 function y = __corbel_quantize__ (x, T, round_mode = "nearest", overflow_mode = "saturate")
-  if (! isnumerictype (T))
+  if (nargin < 2 || nargin > 4 || ! isnumerictype (T))
     print_usage ("quantize");
   endif
   if (isfi (x))

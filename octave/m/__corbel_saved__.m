@@ -9,7 +9,7 @@
 function s = __corbel_saved__ (x)
   if (ischar (x))
     ## The fields of a numerictype or fimath, in the order they are set back.
-    s = ifelse (strcmp (x, "type fields"), type_order (), fimath_order ());
+    s = merge (strcmp (x, "type fields"), type_order (), fimath_order ());
     return;
   endif
   s.class = class (x);
@@ -65,12 +65,4 @@ function f = fimath_fields (F)
   for name = fimath_order ()
     f.(name{1}) = F.(name{1});
   endfor
-endfunction
-
-function v = ifelse (c, a, b)
-  if (c)
-    v = a;
-  else
-    v = b;
-  endif
 endfunction

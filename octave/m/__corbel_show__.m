@@ -50,7 +50,7 @@ function s = short_type (T)
     s = T.DataType;
     return;
   endif
-  s = sprintf ("%s%d", ifelse (T.Signed, "s", "u"), T.WordLength);
+  s = sprintf ("%s%d", merge (T.Signed, "s", "u"), T.WordLength);
   switch (T.Scaling)
     case "BinaryPoint"
       s = sprintf ("%s,%d", s, T.FractionLength);
@@ -59,13 +59,5 @@ function s = short_type (T)
   endswitch
   if (strcmp (T.DataType, "ScaledDouble"))
     s = [s " (scaled double)"];
-  endif
-endfunction
-
-function v = ifelse (c, a, b)
-  if (c)
-    v = a;
-  else
-    v = b;
   endif
 endfunction

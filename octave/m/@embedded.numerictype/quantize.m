@@ -14,8 +14,5 @@
 ## @end deftypefn
 
 function y = quantize (x, T, varargin)
-  if (nargin < 2 || nargin > 4)
-    print_usage ();
-  endif
   y = __corbel_quantize__ (x, T, varargin{:});
 endfunction
