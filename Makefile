@@ -1,5 +1,5 @@
 # The two everyday commands. Each installs what it needs first.
-.PHONY: test demo bench package package-check bootstrap format
+.PHONY: test demo bench package package-check reference bootstrap format
 
 bootstrap:
 	@scripts/bootstrap
@@ -36,6 +36,13 @@ package: bootstrap
 
 package-check: package
 	scripts/check_package corbel-$$(cat VERSION).tar.gz
+
+# docs/reference/: a page per class (and one of the functions) from the help texts.
+reference: bootstrap
+	cmake --preset release
+	cmake --build --preset release
+	rm -f docs/reference/*.md
+	$(OCTAVE) --eval "addpath ('$(CURDIR)/octave/tools'); write_reference ('$(CURDIR)/build/release/octave', '$(CURDIR)/docs/reference')"
 
 bench: bootstrap
 	cmake --preset release
