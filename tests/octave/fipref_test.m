@@ -79,9 +79,11 @@
 %!   fipref ("NumericTypeDisplay", "short", "FimathDisplay", "none");
 %!   savefipref ();
 %!   reset (fipref ());
+%!   ## The M-files and corbel.oct: one folder in a build, two in an installed package.
+%!   folders = unique ({fileparts(which ("fi")), fileparts(which ("__corbel_new__"))});
 %!   [status, out] = system (sprintf (
 %!     "octave-cli -H -q --eval \"addpath ('%s'); disp (fi (pi, 1, 16, 13))\"",
-%!     fileparts (which ("fi"))));
+%!     strjoin (folders, "', '")));
 %!   assert (status, 0);
 %!   assert (strtrim (out), "3.1416\n\n      s16,13");
 %! unwind_protect_cleanup
