@@ -511,11 +511,10 @@ int main(int argc, char** argv) {
   // Grouped by the task after "BM_"; the plain loop of each task is its baseline.
   bench::RatioReporter reporter("element", [](const std::string& name) {
     const std::string task = name.substr(3, name.find('_', 3) - 3);
-    const double items = task == "e"                                          ? double(kM) * kM * kM
-                         : (task == "dplus" || task == "dx" || task == "div" ||
-                            task == "fir")
-                               ? double(kWideN)
-                                                                              : double(kN);
+    const double items = task == "e" ? double(kM) * kM * kM
+                         : (task == "dplus" || task == "dx" || task == "div" || task == "fir")
+                             ? double(kWideN)
+                             : double(kN);
     return bench::Placement{name, task, name.find("plain_loop") != std::string::npos, items};
   });
   return bench::runWithRatios(argc, argv, reporter);

@@ -2,8 +2,8 @@
 #include "corbel_object.h"
 
 #include <octave/interpreter.h>
-#include <octave/parse.h>
 #include <octave/ov-struct.h>
+#include <octave/parse.h>
 #include <octave/pr-output.h>
 
 #include <array>
@@ -98,8 +98,7 @@ bool octave_corbel_object::indexable() const {
 }
 
 octave_value octave_corbel_object::element_call(const char* method, const NDArray& positions,
-                                                const octave_value* values,
-                                                const char* operation) {
+                                                const octave_value* values, const char* operation) {
   std::vector<HostArray> args{HostArray::make_object(m_obj), to_host(octave_value(positions))};
   if (values) args.push_back(to_host(*values));
   if (operation) args.push_back(HostArray::make_text(operation));
@@ -232,8 +231,7 @@ void octave_corbel_object::print_raw(std::ostream& os, bool) const {
           ->get_symbol_table()
           .find_function("__corbel_show__")
           .is_defined()) {
-    octave::feval("__corbel_show__",
-                  octave_value(const_cast<octave_corbel_object*>(this), true));
+    octave::feval("__corbel_show__", octave_value(const_cast<octave_corbel_object*>(this), true));
     return;
   }
   guarded([&] {
@@ -301,8 +299,7 @@ bool octave_corbel_object::load_binary(std::istream& is, bool swap,
   return fields.load_binary(is, swap, fmt) && restore(fields);
 }
 
-bool octave_corbel_object::save_hdf5(octave_hdf5_id loc_id, const char* name,
-                                     bool save_as_floats) {
+bool octave_corbel_object::save_hdf5(octave_hdf5_id loc_id, const char* name, bool save_as_floats) {
   return saved_fields().save_hdf5(loc_id, name, save_as_floats);
 }
 

@@ -2,8 +2,8 @@
 #include "quantize/quantizer.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <string>
 #include <vector>
@@ -15,6 +15,10 @@
 
 namespace corbel {
 namespace {
+
+// Fraction lengths are kept in a long and used as powers of two: the format's second number
+// must be finite and below 2^31 in magnitude.
+constexpr double kFractionLengthLimit = 2147483648.0;
 
 // 2^e at the given precision; exact for every e in the multiprecision exponent range.
 number power_of_two(long e, unsigned long precision, bool force) {
@@ -69,7 +73,7 @@ void quantizer::set(const NumericType& type, RoundModeEnum roundmode, OverflowMo
 void quantizer::setMode(ModeEnum mode) {
   if (mode == Float && mode_ != Float) {
     if (format_.second > 31) raise(Msg::QuantizerExponentTooBig);
-    if (format_.second < 0) raise(Msg::QuantizerExponentTooSmall);
+    if (!(format_.second >= 0)) raise(Msg::QuantizerExponentTooSmall);
   }
   const ModeEnum previous = mode_;
   mode_ = mode;
@@ -252,7 +256,8 @@ void quantizer::computeGrid() {
 
 void quantizer::fixedBounds(double w, double f) {
   if (w > 65535) raise(Msg::QuantizerWordLengthTooBig);
-  if (w <= 0) raise(Msg::QuantizerWordLengthTooSmall);
+  if (!(w > 0)) raise(Msg::QuantizerWordLengthTooSmall);  // NaN too
+  if (!(std::abs(f) < kFractionLengthLimit)) raise(Msg::QuantizerFractionLengthBad);
   wordlength_ = static_cast<long>(w);
   fractionlength_ = static_cast<long>(f);
   exponentlength_ = exponentmax_ = exponentmin_ = 0;
@@ -286,9 +291,9 @@ void quantizer::unsignedFixedRule() {
 void quantizer::floatRule() {
   const double w = format_.first, e = format_.second;
   if (w > 65535) raise(Msg::QuantizerWordLengthTooBig);
-  if (w <= 0) raise(Msg::QuantizerWordLengthTooSmall);
+  if (!(w > 0)) raise(Msg::QuantizerWordLengthTooSmall);  // NaN too
   if (e > 31) raise(Msg::QuantizerExponentTooBig);
-  if (e < 0) raise(Msg::QuantizerExponentTooSmall);
+  if (!(e >= 0)) raise(Msg::QuantizerExponentTooSmall);
   format_ = {std::trunc(w), std::trunc(e)};
   wordlength_ = static_cast<long>(w);
   exponentlength_ = static_cast<long>(e);

@@ -215,6 +215,21 @@ TEST(Quantizer, SettingErrorsKeepTheSettings) {
         s.setFormat({70000, 3});
       },
       "velkora:quantizer:wordlengthtoobig", "Word length cannot be greater than 65535.");
+  // NaN and infinite formats are refused before any conversion to an integer.
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double inf = std::numeric_limits<double>::infinity();
+  for (const double bad : {nan, inf, -inf, 1e300})
+    expect_error(
+        [&] {
+          s.setFormat({8, bad});
+        },
+        "velkora:quantizer:fractionlength",
+        "The fraction length must be a finite number of magnitude below 2^31.");
+  expect_error(
+      [&] {
+        s.setFormat({nan, 3});
+      },
+      "velkora:quantizer:wordlengthtoosmall", "Wordlength cannot be negative or zero.");
   EXPECT_EQ(s.getWordlength(), 8);
   EXPECT_EQ(s.getRealmax().todouble(), 127.0 / 16);
 
@@ -227,6 +242,11 @@ TEST(Quantizer, SettingErrorsKeepTheSettings) {
                "Exponentlength must be less than wordlength.");
   expect_error([&] { f.setWordlength(5); }, "velkora:quantizer:wordlengthlargerthanexponent",
                "Wordlength must be larger than exponentlength.");
+  expect_error(
+      [&] {
+        f.setFormat({16, std::numeric_limits<double>::quiet_NaN()});
+      },
+      "velkora:quantizer:exponenttoosmall", "Exponent length cannot be negative.");
   EXPECT_EQ(f.getExponentlength(), 5);
   EXPECT_EQ(f.getRealmax().todouble(), 65504.0);
 
