@@ -101,11 +101,11 @@ class BitWord {
   mpfr_t two_;
 };
 
-// A position (or bit value) of a host array as an integer, truncated toward zero; positions
-// beyond the long range become ones the number layer refuses.
-long truncated(const HostArray& a, std::size_t k) {
-  const double v = std::trunc(a.real_as_double(k));
-  return std::fabs(v) < 1e18 ? static_cast<long>(v) : -1;
+// A position of a host array as an integer; a fraction, NaN or a position beyond the long
+// range becomes one the number layer refuses.
+long position(const HostArray& a, std::size_t k) {
+  const double v = a.real_as_double(k);
+  return std::fabs(v) < 1e18 && v == std::trunc(v) ? static_cast<long>(v) : -1;
 }
 
 std::size_t at(std::size_t n, std::size_t k) {
@@ -189,7 +189,7 @@ HostArray fi::bitget(const HostArray& positions) const {
   const BitWord word(*this);
   auto* bits = static_cast<std::uint8_t*>(out.real_data());
   for (std::size_t k = 0; k < out.numel(); ++k)
-    bits[k] = word.get(real(static_cast<int>(at(n, k))), truncated(positions, at(np, k)));
+    bits[k] = word.get(real(static_cast<int>(at(n, k))), position(positions, at(np, k)));
   return out;
 }
 
@@ -220,7 +220,7 @@ std::unique_ptr<fi> fi::bitset(const HostArray& positions, const HostArray& valu
     const int i = static_cast<int>(at(n, k)), out = static_cast<int>(k);
     if (iscomplex()) r->imagRef(out) = imag(i);
     const bool bit = values.real_as_double(at(values.numel(), k)) != 0.0;
-    word.set(r->realRef(out) = real(i), truncated(positions, at(np, k)), bit);
+    word.set(r->realRef(out) = real(i), position(positions, at(np, k)), bit);
   }
   return r;
 }

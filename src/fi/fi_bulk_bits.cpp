@@ -30,8 +30,8 @@ std::optional<kernels::BitFormat> bitFormat(const fi& x, bool inlineChecked = tr
 // A position of a host array as the element path reads it (truncated toward zero, beyond
 // the long range refused), checked against 1 .. w.
 long checkedPosition(const HostArray& positions, std::size_t k, int w, Msg outOfRange) {
-  const double v = std::trunc(positions.real_as_double(k));
-  if (!(v >= 1 && v <= w)) raise(outOfRange);
+  const double v = positions.real_as_double(k);
+  if (!(v >= 1 && v <= w && v == std::trunc(v))) raise(outOfRange);
   return static_cast<long>(v);
 }
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <random>
 #include <string>
@@ -184,8 +185,9 @@ TEST(FiBits, RefusalsInTheirOrder) {
   const std::string range = "A bit position is not an integer in the appropriate range.";
   expect_error([&] { a.bitget(HostArray::make_double(0)); }, "velkora:fi:bitget:BITOutOfRange",
                range);
-  expect_error([&] { a.bitget(HostArray::make_double(9)); }, "velkora:fi:bitget:BITOutOfRange",
-               range);
+  for (const double bad : {9.0, 1.5, std::numeric_limits<double>::quiet_NaN()})
+    expect_error([&] { a.bitget(HostArray::make_double(bad)); }, "velkora:fi:bitget:BITOutOfRange",
+                 range);
   expect_error([&] { a.bitset(HostArray::make_text("1")); }, "velkora:fi:bitset:indexMustBeNumeric",
                "BITSET index only valid for built-in numeric types");
   expect_error([&] { a.bitset(HostArray::make_complex(1, 1)); },
