@@ -13,6 +13,9 @@
 ## @end deftypefn
 
 function x = __corbel_operand__ (v, f)
+  if (! (isnumeric (v) || islogical (v)))
+    __corbel_error__ ("FiOperandNotNumeric");
+  endif
   F = fimath (f);
   if (! isfixed (f) || isscaleddouble (f))
     x = fi (v, numerictype (f), F);

@@ -7,7 +7,7 @@
 
 function y = __corbel_quantize__ (x, T, round_mode = "nearest", overflow_mode = "saturate")
   if (nargin < 2 || nargin > 4 || ! isnumerictype (T))
-    print_usage ("quantize");
+    __corbel_error__ ("UserQuantizeNeedsType");
   endif
   if (isfi (x))
     F = fimath (x);

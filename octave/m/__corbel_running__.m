@@ -12,7 +12,8 @@
 function y = __corbel_running__ (which, a, dim)
   sz = size (a);
   if (! isempty (dim))
-    if (! (isnumeric (dim) && isscalar (dim) && isreal (dim) && dim == fix (dim) && dim >= 1))
+    if (! (isnumeric (dim) && isscalar (dim) && isreal (dim) && isfinite (dim)
+           && dim == fix (dim) && dim >= 1))
       __corbel_error__ ("FiSumBadDimension");
     endif
   else
@@ -21,10 +22,21 @@ function y = __corbel_running__ (which, a, dim)
       dim = 1;
     endif
   endif
-  sz(end+1:dim) = 1;
+  if (dim > numel (sz) || sz(dim) == 1)
+    ## Lines of one element: the product is the element, the running sum its value.
+    if (strcmp (which, "prod"))
+      y = a;
+    else
+      y = fi (zeros (sz), numerictype (sum (a, dim)), fimath (a));
+      if (! isempty (a))
+        y(:) = a;
+      endif
+    endif
+    return;
+  endif
   n = sz(dim);
   at = repmat ({":"}, 1, numel (sz));
-  if (n == numel (a) && n > 1)
+  if (n == numel (a))
     ## A vector along dim: one linear subscript, which assignment takes in place.
     at = {":"};
     along = 1;

@@ -268,6 +268,30 @@ void install_binary(octave::type_info& ti, int me, int other, std::index_sequenc
   }
 }
 
+// A binary operator between a Corbel value and a value that is no number: always refused.
+template <Binary Op>
+octave_value refused_binary(const octave_base_value& a, const octave_base_value& b) {
+  refuse(Op, a, b);
+}
+
+template <std::size_t... Op>
+void install_refusals(octave::type_info& ti, int me, int other, std::index_sequence<Op...>) {
+  (ti.install_binary_op(static_cast<Binary>(Op), me, other, refused_binary<static_cast<Binary>(Op)>),
+   ...);
+  (ti.install_binary_op(static_cast<Binary>(Op), other, me, refused_binary<static_cast<Binary>(Op)>),
+   ...);
+}
+
+// Containers and functions, which Octave would otherwise refuse without an identifier.
+bool is_refused_operand_type(std::string_view name) {
+  constexpr std::string_view refused[] = {"cell", "struct", "scalar struct", "function handle",
+                                          "cs-list", "onCleanup"};
+  for (std::string_view r : refused) {
+    if (name == r) return true;
+  }
+  return false;
+}
+
 template <std::size_t... Op>
 void install_unary(octave::type_info& ti, int me, std::index_sequence<Op...>) {
   (ti.install_unary_op(static_cast<Unary>(Op), me, corbel_unary<static_cast<Unary>(Op)>), ...);
@@ -288,8 +312,9 @@ void install_operators(octave::type_info& ti) {
 
   const string_vector names = ti.installed_type_names();  // index == type id
   for (octave_idx_type t = 0; t < names.numel(); ++t) {
-    if (t == me || !is_builtin_value_type(names(t))) continue;
     const int other = static_cast<int>(t);
+    if (t != me && is_refused_operand_type(names(t))) install_refusals(ti, me, other, BinaryOps{});
+    if (t == me || !is_builtin_value_type(names(t))) continue;
     install_binary(ti, me, other, BinaryOps{});
     ti.install_cat_op(me, other, concatenate);
     ti.install_cat_op(other, me, concatenate);

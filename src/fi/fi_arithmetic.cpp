@@ -406,6 +406,7 @@ std::unique_ptr<fi> fi::mtimes(const fi& b) const {
   if ((iscomplex() || b.iscomplex()) && productIsSlopeBias(*this, b))
     raise(Msg::FiComplexSlopeBias, "mtimes");
   if (numel_ == 1 || b.numel_ == 1) return times(b);
+  if (ndims() > 2 || b.ndims() > 2) raise_patterned(Msg::FiMatrixOnly, "mtimes");
   if (n_ != b.m_) raise(Msg::FiInnerDim);
   const NumericType P = getProductTypeForMpyOp(b);
   const NumericType S = n_ == 1 ? P : NumericType(getSumNumericTypeForMatrixMultiply(b, P));

@@ -18,7 +18,12 @@ fi::Lines fi::linesAlong(int dim, bool emptyBecomesOne) const {
   }
   Lines lines{std::vector<int>(dims_), 0, 1, 1};
   std::vector<int>& outDims = lines.outDims;
-  while (static_cast<int>(outDims.size()) <= d) outDims.push_back(1);
+  if (d >= ndims()) {
+    // A dimension past the last: lines of one element, one for each element in order.
+    lines.length = 1;
+    lines.stride = numel_;
+    return lines;
+  }
   lines.length = outDims[static_cast<size_t>(d)];
   for (int k = 0; k < d; ++k) lines.stride *= outDims[static_cast<size_t>(k)];
   for (size_t k = static_cast<size_t>(d) + 1; k < outDims.size(); ++k) lines.outer *= outDims[k];
