@@ -61,7 +61,15 @@ octave_base_value* octave_corbel_object::clone() const {
 }
 
 octave_base_value* octave_corbel_object::empty_clone() const {
-  octave_raise(Msg::OctaveIndexingNotSupported, class_name().c_str());
+  if (!m_obj || !indexable()) octave_raise(Msg::OctaveIndexingNotSupported, class_name().c_str());
+  // An empty array of this type and fimath, which the assignment then grows.
+  return guarded([&] {
+    const octave_value empty = const_cast<octave_corbel_object*>(this)->element_call(
+        "subscriptedreference", NDArray(dim_vector(0, 0)), nullptr);
+    XoInterface* object = object_of(empty);
+    object->addRef();
+    return new octave_corbel_object(object);
+  });
 }
 
 std::string octave_corbel_object::class_name() const {

@@ -31,7 +31,8 @@ class octave_corbel_object : public octave_base_value {
 
   octave_base_value* clone() const override;
   // Octave asks for an empty value of the type before assigning into elements of a variable
-  // that does not exist yet ('x(2) = a'); element assignment is refused there.
+  // that does not exist yet ('x(2) = a'): an empty fi of this type and fimath; other classes
+  // refuse.
   octave_base_value* empty_clone() const override;
 
   static void register_type(octave::type_info& ti);

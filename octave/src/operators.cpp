@@ -276,15 +276,17 @@ octave_value refused_binary(const octave_base_value& a, const octave_base_value&
 
 template <std::size_t... Op>
 void install_refusals(octave::type_info& ti, int me, int other, std::index_sequence<Op...>) {
-  (ti.install_binary_op(static_cast<Binary>(Op), me, other, refused_binary<static_cast<Binary>(Op)>),
+  (ti.install_binary_op(static_cast<Binary>(Op), me, other,
+                        refused_binary<static_cast<Binary>(Op)>),
    ...);
-  (ti.install_binary_op(static_cast<Binary>(Op), other, me, refused_binary<static_cast<Binary>(Op)>),
+  (ti.install_binary_op(static_cast<Binary>(Op), other, me,
+                        refused_binary<static_cast<Binary>(Op)>),
    ...);
 }
 
 // Containers and functions, which Octave would otherwise refuse without an identifier.
 bool is_refused_operand_type(std::string_view name) {
-  constexpr std::string_view refused[] = {"cell", "struct", "scalar struct", "function handle",
+  constexpr std::string_view refused[] = {"cell",    "struct",   "scalar struct", "function handle",
                                           "cs-list", "onCleanup"};
   for (std::string_view r : refused) {
     if (name == r) return true;

@@ -421,6 +421,10 @@ class fi {
   // ---- Logging and display (fi_logging.cpp) ---------------------------------------------
   // The class-wide switch between logging and plain quantization; off at start.
   static bool getLogging();
+  // The most memory one array's elements may need: a quarter of the machine's memory, and
+  // at most half of the process's address-space limit when one is set. Larger arrays are
+  // refused ("velkora:fi:tooLarge") before any of their memory is taken.
+  static double arrayMemoryLimit();
   static void setLogging(bool on);
   // The class-wide logs of assignments, sums and products.
   static const qlogger& getAssignlog();
@@ -560,7 +564,9 @@ class fi {
   static const number& zeroNumber();
   // Builds the members every constructor shares, for a type and math.
   void initCommon(const NumericType& type, const fimath& math);
-  // Allocates zero elements for the current dims (and imaginary ones when complex).
+  // Allocates zero elements for the current dims (and imaginary ones when complex). An
+  // array whose elements would need more memory than arrayMemoryLimit() is refused first,
+  // and the constructor's shared data freed.
   void allocate(bool complex);
   void releaseData();
   // Stores a real-world double into an element and quantizes it.

@@ -1,8 +1,12 @@
 // fi: construction, copies and aliases, shape, element access, type setters and the
 // operand checks every arithmetic operation makes.
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 #include "fi/element_kernels.h"
 #include "fi/element_storage.h"
@@ -11,6 +15,20 @@
 #include "host/messages.h"
 
 namespace corbel {
+
+namespace {
+
+// Element counts are ints: dimensions whose product passes INT_MAX are refused before
+// anything is made.
+template <class Dim>
+void checkCount(const Dim* dims, std::size_t ndims) {
+  double count = 1;
+  for (std::size_t d = 0; d < ndims; ++d) count *= static_cast<double>(dims[d]);
+  if (count > std::numeric_limits<int>::max())
+    raise(Msg::FiTooLarge, count * 8 / 1e9, fi::arrayMemoryLimit() / 1e9);
+}
+
+}  // namespace
 
 const number& fi::zeroNumber() {
   static const number zero(0.0);
@@ -35,8 +53,31 @@ void fi::initCommon(const NumericType& type, const fimath& math) {
   imagSlot_ = &shared_->imag;
 }
 
+double fi::arrayMemoryLimit() {
+  static const double limit = [] {
+    double bytes = static_cast<double>(sysconf(_SC_PHYS_PAGES)) *
+                   static_cast<double>(sysconf(_SC_PAGE_SIZE)) / 4;
+    rlimit space{};
+    if (getrlimit(RLIMIT_AS, &space) == 0 && space.rlim_cur != RLIM_INFINITY)
+      bytes = std::min(bytes, static_cast<double>(space.rlim_cur) / 2);
+    return bytes > 0 ? bytes : 1e9;
+  }();
+  return limit;
+}
+
 void fi::allocate(bool complex) {
   updateNumel();
+  // A multiprecision element holds its handle and body (about 72 bytes) and its limbs
+  // besides its slot; a double-backed one is its slot.
+  const int w = getWordLength();
+  const double perElement = w > 52 ? 80.0 + 8.0 * std::ceil(w / 64.0) : 8.0;
+  const double bytes = perElement * numel_ * (complex ? 2 : 1);
+  if (bytes > arrayMemoryLimit()) {
+    delete shared_;
+    shared_ = nullptr;
+    imagSlot_ = nullptr;
+    raise(Msg::FiTooLarge, bytes / 1e9, arrayMemoryLimit() / 1e9);
+  }
   shared_->elements = static_cast<size_t>(numel_);
   realData_ = ElementStorage::makeZeros(shared_->elements);
   if (complex) allocateImag();
@@ -103,6 +144,7 @@ fi::fi(double value, bool issigned, int wordLength, int fractionLength, const fi
     : fi(value, NumericType(issigned, wordLength, fractionLength), math, precision) {}
 
 fi::fi(const HostArray& values, const NumericType& type, const fimath& math) {
+  checkCount(values.dims().data(), values.dims().size());
   switch (values.element_class()) {
     case HostClass::Int64:
       raise(Msg::FiConstructorInt64);
@@ -137,6 +179,7 @@ fi::fi(const HostArray& values, const NumericType& type, const fimath& math) {
 
 fi::fi(const double* re, const double* im, const int* dims, int ndims, const NumericType& type,
        const fimath& math) {
+  checkCount(dims, static_cast<std::size_t>(ndims));
   initCommon(type, math);
   useTypePrecision();
   copyDimensions(dims, ndims);
@@ -156,6 +199,7 @@ fi::fi(const double* re, const double* im, const int* dims, int ndims, const Num
 
 fi::fi(double re, double im, bool complex, const int* dims, int ndims, const NumericType& type,
        const fimath& math) {
+  checkCount(dims, static_cast<std::size_t>(ndims));
   initCommon(type, math);
   useTypePrecision();
   copyDimensions(dims, ndims);
@@ -172,6 +216,7 @@ fi::fi(double re, double im, bool complex, const int* dims, int ndims, const Num
 }
 
 fi::fi(const int* dims, int ndims, const NumericType& type, const fimath& math, bool complex) {
+  checkCount(dims, static_cast<std::size_t>(ndims));
   initCommon(type, math);
   useTypePrecision();
   copyDimensions(dims, ndims);
@@ -185,6 +230,7 @@ fi::fi(const int* dims, int ndims, const NumericType& type, const fimath& math, 
 }
 
 fi::fi(const int* dims, int ndims, const NumericType& type, const fimath& math, Unfilled) {
+  checkCount(dims, static_cast<std::size_t>(ndims));
   initCommon(type, math);
   useTypePrecision();
   copyDimensions(dims, ndims);
@@ -194,6 +240,7 @@ fi::fi(const int* dims, int ndims, const NumericType& type, const fimath& math, 
 
 fi::fi(int m, int n, const NumericType& type, const fimath& math, bool complex) {
   const int dims[] = {m, n};
+  checkCount(dims, 2);
   initCommon(type, math);
   useTypePrecision();
   copyDimensions(dims, 2);
@@ -257,6 +304,7 @@ fi::~fi() {
 
 void fi::resizeAndZero(const int* dims, int ndims, const NumericType& type, const fimath& math,
                        bool complex) {
+  checkCount(dims, static_cast<std::size_t>(ndims));
   releaseData();
   sumRegister_.reset();
   productRegister_.reset();

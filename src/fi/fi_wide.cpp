@@ -166,6 +166,8 @@ bool fi::storeWide(const double* re, const double* im) {
   for (const double* part : {re, im})
     if (part && !std::all_of(part, part + n, [](double v) { return std::isfinite(v); }))
       return false;
+  // Two limbs an element; beyond the limit the element path refuses the array.
+  if (16.0 * static_cast<double>(n) * (im ? 2 : 1) > arrayMemoryLimit()) return false;
   const long e = type_.getFixedExponent();
   auto wide = std::make_unique<WideElements>(2, e, getWordLength(), n);
   const auto q = kernels::storedStep<int128>(type_, getRoundMode(), getOverflowMode(), e);

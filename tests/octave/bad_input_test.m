@@ -89,3 +89,19 @@
 %! endfor
 %! assert (numel (calls) >= 500);
 %! assert (strjoin (problems, "\n"), "");
+
+## An array that would need more memory than one array may use is refused before any is
+## taken, and nothing is left behind; a fi assigned into a new variable makes a fi of its
+## type (the way repmat fills a scalar).
+%!test
+%! live = __corbel_live__ ();
+%! x = fi (0.5, 1, 65535, 0);
+%! try
+%!   y = repmat (x, 4e6, 1);                  % 4e6 elements of 65535 bits: over 30 GB
+%!   error ("not refused");
+%! catch err
+%!   assert (err.identifier, "velkora:fi:tooLarge");
+%! end_try_catch
+%! assert ({__corbel_live__() - live, double(x)}, {1, 1});
+%! z(3) = fi (0.5, 1, 16, 8);
+%! assert ({double(z), z.WordLength, size(repmat (z(3), 2, 3))}, {[0 0 0.5], 16, [2 3]});

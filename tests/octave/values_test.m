@@ -54,7 +54,7 @@
 %!error id=velkora:fi:indexingNotSupported T(2) = 1;
 %!error id=velkora:fi:badindex a{1}
 %!error id=velkora:fi:notACondition if (a) end
-%!error id=velkora:fi:indexingNotSupported clear q; q(2) = a;
+%!error id=velkora:fi:indexingNotSupported clear q; q(2) = T;
 
 ## Display: through the class's disp, into the current output (evalc, disp's text, nested
 ## values), with Octave's number format.

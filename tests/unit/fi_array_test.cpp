@@ -77,6 +77,11 @@ TEST(FiIndexing, RefusalsChangeNothing) {
   expect_error([&] { a.rearranged(row({-4}), {}); }, "velkora:fi:index:badLayout",
                "A layout entry must name an element of the array or of the assigned values.");
   EXPECT_EQ(exactParts(a), before);
+  // An array beyond the memory one array may use is refused before it is made (the
+  // sanitizer build sees that nothing leaks).
+  const int huge[] = {1 << 30, 2};
+  EXPECT_THROW(fi(huge, 2, NumericType(true, 65535, 0), fimath(), false), HostError);
+  EXPECT_THROW(fi(huge, 2, NumericType(true, 100, 0), fimath(), true), HostError);
 }
 
 TEST(FiComparison, RelationsFollowExactValues) {
