@@ -1,5 +1,6 @@
 # The two everyday commands. Each installs what it needs first.
-.PHONY: test demo bench package package-check reference bootstrap format
+SHELL := /bin/bash
+.PHONY: test demo bench package package-check reference fuzz bootstrap format
 
 bootstrap:
 	@scripts/bootstrap
@@ -43,6 +44,20 @@ reference: bootstrap
 	cmake --build --preset release
 	rm -f docs/reference/*.md
 	$(OCTAVE) --eval "addpath ('$(CURDIR)/octave/tools'); write_reference ('$(CURDIR)/build/release/octave', '$(CURDIR)/docs/reference')"
+
+# Every fuzzer for FUZZ_SECONDS, starting from its corpus in fuzz/corpus/ (what it finds
+# new goes to build/fuzz/corpus/; a crashing input to build/fuzz/ and the run fails).
+FUZZ_SECONDS ?= 60
+fuzz: bootstrap
+	cmake --preset fuzz
+	cmake --build --preset fuzz
+	for f in fuzz/*_fuzzer.cpp; do \
+	  n=$$(basename $$f _fuzzer.cpp); mkdir -p build/fuzz/corpus/$$n fuzz/corpus/$$n; \
+	  build/fuzz/$${n}_fuzzer build/fuzz/corpus/$$n fuzz/corpus/$$n \
+	    -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=build/fuzz/ \
+	    2>&1 | grep -E "^(#[0-9]+ +DONE|Done|stat::number_of_executed_units|==[0-9]+==|SUMMARY)"; \
+	  test $${PIPESTATUS[0]} -eq 0 || exit 1; \
+	done
 
 bench: bootstrap
 	cmake --preset release

@@ -218,7 +218,10 @@ void fi::base2num(const HostArray& text, int radix) {
   for (std::size_t k = 0; k < numbers.size(); ++k) {
     const std::string& s = numbers[k];
     const bool negative = radix == 10 && !s.empty() && s[0] == '-';
-    if (mpz_set_str(v.v, s.c_str() + (negative ? 1 : 0), radix) != 0 || (negative && s.size() == 1))
+    // The parser also takes a sign of its own, which only a negative decimal may have.
+    const char* digits = s.c_str() + (negative ? 1 : 0);
+    if (*digits == '-' || *digits == '+' || mpz_set_str(v.v, digits, radix) != 0 ||
+        (negative && s.size() == 1))
       raise(Msg::FiRadixTextDigits, s.c_str());
     if (negative) mpz_neg(v.v, v.v);
     // A negative signed decimal must reach no lower than the type's lowest stored integer;

@@ -77,6 +77,11 @@ TEST(FiText, LayoutOneRowPerElementRowAndRefusals) {
                "element.");
   expect_error([&] { b.base2num(HostArray::make_text("1 2 3 g"), 16); },
                "velkora:fi:base2num:badDigits", "'g' is not a number in the radix of the text.");
+  // A sign the digits' parser would take is refused outside negative decimals (found by
+  // the radix text fuzzer: "-1" in hex stored an integer below the type's range).
+  for (const char* signed_text : {"1 2 3 -1", "1 2 3 +1", "1 2 3 --1"})
+    expect_error_starting([&] { b.base2num(HostArray::make_text(signed_text), 16); },
+                          "velkora:fi:base2num:badDigits", "'");
   expect_error([&] { b.base2num(HostArray::make_text("1 2 3 10"), 16); },
                "velkora:fi:base2num:outOfRange", "'10' does not fit the word length.");
   expect_error([&] { b.base2num(HostArray::make_text("1 2 3 -9"), 10); },
