@@ -120,12 +120,13 @@ std::unique_ptr<fi> fi::conj() const {
 std::unique_ptr<fi> fi::sign() const {
   if (iscomplex()) raise(Msg::FiComplexNotDefined, "sign");
   auto r = std::make_unique<fi>(dims(), ndims(), NumericType(true, 2, 0), math_, false);
+  // With a bias the sign is that of the real-world value, not of the element.
+  const bool slopeBias = isSlopeBiasScaled();
   Rational value;
   for (int i = 0; i < numel_; ++i) {
     const number& x = real(i);
     int s = x.iszero() ? 0 : (x.isnegative() ? -1 : 1);
-    if (isSlopeBiasScaled()) {
-      // The sign of the real-world value, which the bias moves away from the element's.
+    if (slopeBias) {
       realWorld(value.v, x, type_);
       s = mpq_sgn(value.v);
     }

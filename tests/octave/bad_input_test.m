@@ -105,3 +105,13 @@
 %! assert ({__corbel_live__() - live, double(x)}, {1, 1});
 %! z(3) = fi (0.5, 1, 16, 8);
 %! assert ({double(z), z.WordLength, size(repmat (z(3), 2, 3))}, {[0 0 0.5], 16, [2 3]});
+
+## The refusals the sweep found, by their identifiers.
+%!error id=velkora:fi:mtimes:notDefinedForND fi (ones (2)) * ones (2, 2, 2)
+%!error id=velkora:fi:reshape:badSizes reshape (fi (1:4), [2 NaN])
+%!error id=velkora:fi:reshape:badSize reshape (fi (1:4), 3, [])
+%!error id=velkora:fi:quantize:notNumerictype quantize (fi (1), 1)
+%!error id=velkora:fi:operand:notNumeric conv (fi ([1 2]), {1})
+%!error id=velkora:quantizer:wordlengthtoosmall quantizer ("fixed", [NaN 2])
+%!error <Operator '\+' is not supported for embedded.fi and cell operands.> fi (1) + {1}
+%!error id=velkora:octave:saveNotSupported s = __corbel_new__ ("embedded.slopebiasquantizer"); save ("-text", tempname (), "s");
