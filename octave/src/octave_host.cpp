@@ -37,6 +37,10 @@ OutputTo::~OutputTo() {
   the_octave_host().out_ = previous_;
 }
 
+void OctaveHost::poll_interrupt() {
+  octave_quit();
+}
+
 std::ostream& OctaveHost::out() const {
   return out_ ? *out_ : octave_stdout;
 }

@@ -19,6 +19,8 @@ class OctaveHost : public HostServices {
                     std::span<const HostArray> inputs) override;
   void call_builtin_method(std::string_view method, std::span<HostArray> outputs,
                            std::span<const HostArray> inputs, XoErrorStatus& status) override;
+  // Throws octave::interrupt_exception when the user has pressed Ctrl-C.
+  void poll_interrupt() override;
 
   // Where console text goes: Octave's standard output unless an OutputTo is alive.
   std::ostream& out() const;

@@ -7,6 +7,7 @@
 #include "binding/class_objects.h"
 #include "binding/table_templates.h"
 #include "fi/float_text.h"
+#include "host/services.h"
 #include "quantize/slopebiasquantizer.h"
 
 namespace corbel {
@@ -172,6 +173,7 @@ HostArray quantizeArray(const Q& q, const HostArray& x) {
   };
   try {
     for (std::size_t k = 0; k < x.numel(); ++k) {
+      poll_interrupt();
       out.real<double>()[k] = one(x.real_as_double(k));
       if (x.is_complex()) out.imag<double>()[k] = one(x.imag_as_double(k));
     }

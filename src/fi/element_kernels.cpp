@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "fi/pairwise_loop.h"
+#include "host/services.h"
 #include "number/doublenumber.h"
 #include "quantize/cpu_clones.h"
 
@@ -136,6 +137,7 @@ CORBEL_CPU_CLONES void matrixProduct(const double* a, const double* b, double* c
                                      std::size_t n, std::size_t p) {
   std::memset(c, 0, m * p * sizeof(double));
   for (std::size_t j = 0; j < p; ++j) {
+    poll_interrupt();
     double* cj = c + j * m;
     for (std::size_t k = 0; k < n; ++k) {
       const double bkj = b[k + j * n];

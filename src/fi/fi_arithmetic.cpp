@@ -14,6 +14,7 @@
 #include "fi/exact_values.h"
 #include "fi/fi.h"
 #include "host/messages.h"
+#include "host/services.h"
 
 namespace corbel {
 namespace {
@@ -359,6 +360,7 @@ std::unique_ptr<fi> fi::elementwise(const fi& b, const NumericType& T, Op op) co
   if (numel_ == 1) setIndex(0);
   if (b.numel_ == 1) b.setIndex(0);
   for (int i = 0; i < result->numel_; ++i) {
+    poll_interrupt();
     if (numel_ != 1) setIndex(i);
     if (b.numel_ != 1) b.setIndex(i);
     result->index_ = i;
@@ -421,6 +423,7 @@ std::unique_ptr<fi> fi::mtimes(const fi& b) const {
   const bool slopeBias = productIsSlopeBias(*this, b) || acc.isSlopeBiasScaled();
   for (int i = 0; i < m_; ++i) {
     for (int j = 0; j < b.n_; ++j) {
+      poll_interrupt();
       clearRegister(acc);
       for (int k = 0; k < n_; ++k) {
         setIndex(i + k * m_);

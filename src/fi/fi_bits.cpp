@@ -12,6 +12,7 @@
 #include "fi/exact_values.h"
 #include "fi/fi.h"
 #include "host/messages.h"
+#include "host/services.h"
 #include "number/doublenumber.h"
 #include "number/mpnumber.h"
 
@@ -155,6 +156,7 @@ std::unique_ptr<fi> fi::bitandorxor(const fi& b, BitOp op, const char* name) con
   if (r->numel_ == 0) return r;
   const BitWord word(*this);
   for (int k = 0; k < r->numel_; ++k) {
+    poll_interrupt();
     const int i = numel_ == 1 ? 0 : k, j = b.numel_ == 1 ? 0 : k;
     word.combine(r->realRef(k) = real(i), b.real(j), op);
     if (complex) word.combine(r->imagRef(k) = imag(i), b.imag(j), op);

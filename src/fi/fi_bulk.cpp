@@ -18,6 +18,7 @@
 #include "fi/element_storage.h"
 #include "fi/fi.h"
 #include "fi/stored_span.h"
+#include "host/services.h"
 
 namespace corbel {
 namespace {
@@ -263,6 +264,7 @@ bool fi::bulkMatrixProduct(const fi& b, fi& result) const {
     if (!out.empty()) lastProduct = x[m * n - 1] * y[n * p - 1];
   } else {
     for (std::size_t e = 0; e < out.size(); ++e) {
+      poll_interrupt();
       const std::size_t i = e % m, j = e / m;
       for (std::size_t k = 0; k < n; ++k) products[k] = x[i + k * m] * y[k + j * n];
       qp.quantizeDoubles(products.data(), n);

@@ -16,6 +16,7 @@
 #include "fi/exact_values.h"
 #include "fi/fi.h"
 #include "host/messages.h"
+#include "host/services.h"
 
 namespace corbel {
 namespace {
@@ -177,6 +178,7 @@ HostArray fi::compare(const ValueSource& b, Relation r) const {
   const bool complex = iscomplex() || b.complex();
   Exact xr, xi, yr, yi;
   for (std::size_t k = 0; k < n; ++k) {
+    poll_interrupt();
     const std::size_t i = na == 1 ? 0 : k, j = nb == 1 ? 0 : k;
     double x, y;
     if (!complex && exactDouble(a, i, x) && exactDouble(b, j, y)) {

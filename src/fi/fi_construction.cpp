@@ -13,6 +13,7 @@
 #include "fi/fi.h"
 #include "fi/wide_elements.h"
 #include "host/messages.h"
+#include "host/services.h"
 
 namespace corbel {
 
@@ -168,6 +169,7 @@ fi::fi(const HostArray& values, const NumericType& type, const fimath& math) {
         (isreal_ || storeDoubles(static_cast<const double*>(values.imag_data()), true)))
       return;
     for (int i = 0; i < numel_; ++i) {
+      poll_interrupt();
       storeDouble(realData_[i], values.real_as_double(static_cast<size_t>(i)));
       if (!isreal_) storeDouble((*imagSlot_)[i], values.imag_as_double(static_cast<size_t>(i)));
     }
@@ -188,6 +190,7 @@ fi::fi(const double* re, const double* im, const int* dims, int ndims, const Num
   try {
     if (storeDoubles(re, false) && (im == nullptr || storeDoubles(im, true))) return;
     for (int i = 0; i < numel_; ++i) {
+      poll_interrupt();
       storeDouble(realData_[i], re[i]);
       if (im) storeDouble((*imagSlot_)[i], im[i]);
     }
@@ -206,6 +209,7 @@ fi::fi(double re, double im, bool complex, const int* dims, int ndims, const Num
   allocate(complex);
   try {
     for (int i = 0; i < numel_; ++i) {
+      poll_interrupt();
       storeDouble(realData_[i], re);
       if (complex) storeDouble((*imagSlot_)[i], im);
     }

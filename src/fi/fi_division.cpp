@@ -14,6 +14,7 @@
 #include "fi/fi.h"
 #include "fi/quotient_kernels.h"
 #include "host/messages.h"
+#include "host/services.h"
 
 namespace corbel {
 namespace {
@@ -89,6 +90,7 @@ std::unique_ptr<fi> fi::over(const fi& b, const NumericType& quotientType) const
   bool byZero = false;
   Rational xr, xi, yr, yi, d, t, u;
   for (int k = 0; k < q->numel_; ++k) {
+    poll_interrupt();
     const int i = numel_ == 1 ? 0 : k, j = b.numel_ == 1 ? 0 : k;
     realWorld(xr.v, real(i), type_);
     realWorld(yr.v, b.real(j), b.type_);

@@ -6,6 +6,7 @@
 
 #include "fi/exact_values.h"
 #include "fi/fi.h"
+#include "host/services.h"
 
 namespace corbel {
 
@@ -48,6 +49,7 @@ std::unique_ptr<fi> fi::leadingdimension_sum(int dim) const {
         number& element = imagPart ? r->imagRef(out) : r->realRef(out);
         mpq_set_ui(sum.v, 0, 1);
         for (int k = 0; k < lines.length; ++k) {
+          poll_interrupt();
           const int i = first + k * lines.stride;
           realWorld(term.v, imagPart ? imag(i) : real(i), type_);
           mpq_add(sum.v, sum.v, term.v);

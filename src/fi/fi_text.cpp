@@ -22,6 +22,7 @@
 #include "fi/exact_values.h"
 #include "fi/fi.h"
 #include "host/messages.h"
+#include "host/services.h"
 
 namespace corbel {
 namespace {
@@ -104,6 +105,7 @@ HostArray fi::radixText(int radix, bool isSigned) const {
   for (bool imagPart : {false, true}) {
     if (imagPart && isreal_) break;
     for (int i = 0; i < numel_; ++i) {
+      poll_interrupt();
       storedInteger(v.v, imagPart ? imag(i) : real(i), type_);
       if (!isSigned) mpz_fdiv_r_2exp(v.v, v.v, static_cast<mp_bitcnt_t>(w));
       std::string s = digits(v.v, isSigned ? 10 : radix);
@@ -155,6 +157,7 @@ HostArray fi::storedIntegers() const {
       if (imagPart && isreal_) break;
       T* data = imagPart ? out.imag<T>() : out.real<T>();
       for (int i = 0; i < numel_; ++i) {
+        poll_interrupt();
         storedInteger(v.v, imagPart ? imag(i) : real(i), type_);
         data[i] =
             std::is_signed_v<T> ? static_cast<T>(mpz_get_si(v.v)) : static_cast<T>(mpz_get_ui(v.v));

@@ -9,6 +9,7 @@
 #include "fi/exact_values.h"
 #include "fi/fi.h"
 #include "host/messages.h"
+#include "host/services.h"
 
 namespace corbel {
 namespace {
@@ -50,6 +51,7 @@ std::unique_ptr<fi> fi::uminus() const {
   if (r->mapDoubles(UnaryStep::Negate, 0)) return r;
   const quantizer& q = getLogging() ? loggingQuantizer_ : assignQuantizer_;
   for (int i = 0; i < r->numel_; ++i) {
+    poll_interrupt();
     q.quantize(r->realRef(i).negate(), r->filog_);
     if (r->iscomplex()) q.quantize(r->imagRef(i).negate(), r->filog_);
   }
@@ -124,6 +126,7 @@ std::unique_ptr<fi> fi::sign() const {
   const bool slopeBias = isSlopeBiasScaled();
   Rational value;
   for (int i = 0; i < numel_; ++i) {
+    poll_interrupt();
     const number& x = real(i);
     int s = x.iszero() ? 0 : (x.isnegative() ? -1 : 1);
     if (slopeBias) {
@@ -142,6 +145,7 @@ std::unique_ptr<fi> fi::stripscaling() const {
   auto r = std::make_unique<fi>(dims(), ndims(), NumericType(getSigned(), getWordLength(), 0),
                                 math_, !isreal_);
   for (int i = 0; i < numel_; ++i) {
+    poll_interrupt();
     r->realRef(i).setvalue(real(i)).pow2(-e);
     if (!isreal_) r->imagRef(i).setvalue(imag(i)).pow2(-e);
   }
@@ -155,6 +159,7 @@ std::unique_ptr<fi> fi::complex(const fi& im) const {
   auto r = std::make_unique<fi>(shape.dims(), shape.ndims(), type_, math_, true);
   // The imaginary values enter through this type's quantizer, as an assignment would.
   for (int i = 0; i < r->numel_; ++i) {
+    poll_interrupt();
     r->realRef(i) = real(numel_ == 1 ? 0 : i);
     r->quantizeElement(r->imagRef(i) = im.real(im.numel_ == 1 ? 0 : i));
   }
@@ -173,6 +178,7 @@ std::unique_ptr<fi> fi::select(const fi& b, bool larger) const {
   auto r = std::make_unique<fi>(shape.dims(), shape.ndims(), type_, math_, complex);
   // On a tie the left operand's element is kept.
   for (int k = 0; k < r->numel_; ++k) {
+    poll_interrupt();
     const int i = numel_ == 1 ? 0 : k, j = b.numel_ == 1 ? 0 : k;
     const bool right = beyond(b, j, *this, i, larger);
     const fi& from = right ? b : *this;
@@ -206,6 +212,7 @@ void fi::reduceSelect(std::unique_ptr<fi>& values, HostArray& indices, int dim, 
   if (length == 0) return;
   for (int o = 0; o < outer; ++o) {
     for (int s = 0; s < stride; ++s) {
+      poll_interrupt();
       const int first = o * stride * length + s;
       int best = first;
       for (int k = 1; k < length; ++k) {

@@ -59,6 +59,10 @@ HostServices& host_services() {
   return active_host ? *active_host : default_host();
 }
 
+void poll_interrupt() {
+  host_services().poll_interrupt();
+}
+
 HostServices* set_host_services(HostServices* host) {
   HostServices* previous = active_host;
   active_host = host;
@@ -124,6 +128,12 @@ void InProcessHost::print_matrix(const HostArray& values) {
   print(out);
 }
 
+void InProcessHost::poll_interrupt() {
+  ++polls_seen_;
+  if (countdown_ < 0) return;
+  if (countdown_-- == 0) throw Interrupt{};
+}
+
 void InProcessHost::warning(std::string_view identifier, std::string_view text) {
   if (echo_) std::fprintf(echo_, "Warning: %.*s\n", static_cast<int>(text.size()), text.data());
   if (record_) warnings_.push_back({std::string(identifier), std::string(text)});
@@ -160,7 +170,6 @@ int InProcessHost::call_function(std::string_view name, std::span<HostArray> out
   if (returns_status()) return 1;
   raise_host_error(std::move(identifier), std::move(message));
 }
-
 
 void InProcessHost::call_builtin_method(std::string_view method, std::span<HostArray> outputs,
                                         std::span<const HostArray> inputs, XoErrorStatus& status) {

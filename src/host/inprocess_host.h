@@ -67,6 +67,14 @@ class InProcessHost : public HostServices {
   void call_builtin_method(std::string_view method, std::span<HostArray> outputs,
                            std::span<const HostArray> inputs, XoErrorStatus& status) override;
 
+  // The user's interrupt, as a test stages it: poll_interrupt() throws Interrupt (which is
+  // not a HostError) at the poll after the next `polls` ones, once; -1 never interrupts.
+  // polls_seen() counts every poll since the host was made.
+  struct Interrupt {};
+  void interrupt_after(long polls) { countdown_ = polls; }
+  void poll_interrupt() override;
+  long polls_seen() const { return polls_seen_; }
+
   const std::string& last_error_message() const { return last_message_; }
   const std::string& last_error_identifier() const { return last_identifier_; }
 
@@ -80,6 +88,8 @@ class InProcessHost : public HostServices {
   std::map<std::string, Function, std::less<>> functions_;
   std::string last_message_;
   std::string last_identifier_;
+  long countdown_ = -1;
+  long polls_seen_ = 0;
 };
 
 // Installs a host for the lifetime of a scope, then restores the previous one.

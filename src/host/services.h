@@ -56,6 +56,12 @@ class HostServices {
   virtual void call_builtin_method(std::string_view method, std::span<HostArray> outputs,
                                    std::span<const HostArray> inputs, XoErrorStatus& status) = 0;
 
+  // Lets the user stop a long operation: throws the host's own interrupt exception when an
+  // interrupt is pending, and otherwise returns at once. The library calls it between
+  // elements of its long loops, at points where unwinding leaves every operand as it was
+  // (results are built apart from the operands and dropped on the way out).
+  virtual void poll_interrupt() {}
+
  private:
   bool trap_ = false;
   int mode_ = 0;
@@ -68,5 +74,8 @@ HostServices& host_services();
 // Makes `host` the active host and returns the previous one; nullptr restores the
 // process-wide default. The caller keeps ownership.
 HostServices* set_host_services(HostServices* host);
+
+// The active host's poll_interrupt(), for the library's long loops.
+void poll_interrupt();
 
 }  // namespace corbel
