@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "fi/fi.h"
+
 namespace corbel::octave_host {
 namespace {
 
@@ -21,6 +23,23 @@ octave_idx_type scalar_subscript(const octave_value& v, octave_idx_type extent) 
   const double d = v.double_value();
   if (d != std::trunc(d) || d < 1 || d > static_cast<double>(extent)) return 0;
   return static_cast<octave_idx_type>(d);
+}
+
+// The number of elements after a(idx) = v: every subscript's extent, the last one counting
+// the dimensions it folds together.
+double grown_numel(const dim_vector& dv, const octave_value_list& idx) {
+  const int n = idx.length();
+  if (n == 0) return static_cast<double>(dv.numel());
+  double count = 1;
+  for (int i = 0; i < n; ++i) {
+    octave_idx_type extent = 1;
+    if (i == n - 1)
+      for (int d = i; d < dv.ndims(); ++d) extent *= dv(d);
+    else
+      extent = i < dv.ndims() ? dv(i) : 1;
+    count *= static_cast<double>(idx(i).index_vector().extent(extent));
+  }
+  return count;
 }
 
 }  // namespace
@@ -45,6 +64,8 @@ NDArray index_positions(const dim_vector& dv, const octave_value_list& idx) {
 
 NDArray assignment_layout(const dim_vector& dv, const octave_value_list& idx,
                           const dim_vector* rhs) {
+  // A growth too large for one array is refused before its layout is made.
+  if (rhs) fi::checkElementCount(grown_numel(dv, idx));
   NDArray layout = numbered(dv, true);
   Array<octave::idx_vector> ia(dim_vector(idx.length(), 1));
   for (int i = 0; i < idx.length(); ++i) ia(i) = idx(i).index_vector();

@@ -83,21 +83,25 @@ class fi {
 
   int getIndex() const { return index_; }
   const number& real(int i) const {
-    if (wide_) [[unlikely]] materialize();
+    if (wide_) [[unlikely]]
+      materialize();
     return realData_[i];
   }
   // An alias that still answers complex after its root dropped an all-zero imaginary
   // array reads zeros, and a write through it brings back a zero array for every sharer.
   const number& imag(int i) const {
-    if (wide_) [[unlikely]] materialize();
+    if (wide_) [[unlikely]]
+      materialize();
     return isreal_ || *imagSlot_ == nullptr ? zeroNumber() : (*imagSlot_)[i];
   }
   number& realRef(int i) {
-    if (wide_) [[unlikely]] materialize();
+    if (wide_) [[unlikely]]
+      materialize();
     return realData_[i];
   }
   number& imagRef(int i) {
-    if (wide_) [[unlikely]] materialize();
+    if (wide_) [[unlikely]]
+      materialize();
     if (*imagSlot_ == nullptr) allocateImag();
     return (*imagSlot_)[i];
   }
@@ -425,6 +429,9 @@ class fi {
   // at most half of the process's address-space limit when one is set. Larger arrays are
   // refused ("velkora:fi:tooLarge") before any of their memory is taken.
   static double arrayMemoryLimit();
+  // Refuses, before anything is made, an array of `count` elements: more than an int counts,
+  // or more than arrayMemoryLimit() at the least an element takes (its slot).
+  static void checkElementCount(double count);
   static void setLogging(bool on);
   // The class-wide logs of assignments, sums and products.
   static const qlogger& getAssignlog();

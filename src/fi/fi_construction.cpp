@@ -19,14 +19,11 @@ namespace corbel {
 
 namespace {
 
-// Element counts are ints: dimensions whose product passes INT_MAX are refused before
-// anything is made.
 template <class Dim>
 void checkCount(const Dim* dims, std::size_t ndims) {
   double count = 1;
   for (std::size_t d = 0; d < ndims; ++d) count *= static_cast<double>(dims[d]);
-  if (count > std::numeric_limits<int>::max())
-    raise(Msg::FiTooLarge, count * 8 / 1e9, fi::arrayMemoryLimit() / 1e9);
+  fi::checkElementCount(count);
 }
 
 }  // namespace
@@ -64,6 +61,12 @@ double fi::arrayMemoryLimit() {
     return bytes > 0 ? bytes : 1e9;
   }();
   return limit;
+}
+
+void fi::checkElementCount(double count) {
+  const double bytes = count * static_cast<double>(sizeof(number));
+  if (count > std::numeric_limits<int>::max() || bytes > arrayMemoryLimit())
+    raise(Msg::FiTooLarge, bytes / 1e9, arrayMemoryLimit() / 1e9);
 }
 
 void fi::allocate(bool complex) {

@@ -90,8 +90,8 @@
 %! assert (numel (calls) >= 500);
 %! assert (strjoin (problems, "\n"), "");
 
-## An array that would need more memory than one array may use is refused before any is
-## taken, and nothing is left behind; a fi assigned into a new variable makes a fi of its
+## An array that would need more memory than one array may use (made, or grown by an
+## assignment) is refused before any is taken, and nothing is left behind; a fi assigned into a new variable makes a fi of its
 ## type (the way repmat fills a scalar).
 %!test
 %! live = __corbel_live__ ();
@@ -103,6 +103,14 @@
 %!   assert (err.identifier, "velkora:fi:tooLarge");
 %! end_try_catch
 %! assert ({__corbel_live__() - live, double(x)}, {1, 1});
+%! a = fi ([1 2 3]);
+%! try
+%!   a(2, 1e9) = 1;                           % refused before Octave lays out 2e9 positions
+%!   error ("not refused");
+%! catch err
+%!   assert (err.identifier, "velkora:fi:tooLarge");
+%! end_try_catch
+%! assert (double (a), [1 2 3]);
 %! z(3) = fi (0.5, 1, 16, 8);
 %! assert ({double(z), z.WordLength, size(repmat (z(3), 2, 3))}, {[0 0 0.5], 16, [2 3]});
 
