@@ -3,6 +3,7 @@
 // properties and methods; the other two derive from it and add "mode" and "datamode".
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "binding/class_objects.h"
 #include "binding/table_templates.h"
@@ -70,14 +71,23 @@ std::int32_t versionOf(const Q& q) {
 
 // ---- Writing it -------------------------------------------------------------------------
 
+// A host number as a length for the quantizer's own checks: truncated, and NaN or a value
+// beyond every length (infinities included) held at the far end of long's range, where
+// those checks refuse it.
+long lengthFromHost(double v) {
+  constexpr double kFar = 4611686018427387904.0;  // 2^62
+  if (std::isnan(v)) return std::numeric_limits<long>::min();
+  return static_cast<long>(std::clamp(std::trunc(v), -kFar, kFar));
+}
+
 void setWordlengthFromHost(Q& q, const double& v) {
-  q.setWordlength(static_cast<long>(std::trunc(v)));
+  q.setWordlength(lengthFromHost(v));
 }
 void setFractionlengthFromHost(Q& q, const double& v) {
-  q.setFractionlength(static_cast<long>(std::trunc(v)));
+  q.setFractionlength(lengthFromHost(v));
 }
 void setExponentlengthFromHost(Q& q, const double& v) {
-  q.setExponentlength(static_cast<long>(std::trunc(v)));
+  q.setExponentlength(lengthFromHost(v));
 }
 void setLogMax(Q& q, const double& v) {
   q.setMax(number(v));

@@ -6,6 +6,7 @@
 // quantizer (its logging twin when logging is on), reported as an "assignment". Every value
 // is formed before the array changes, so a refused assignment leaves it as it was.
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "fi/exact_values.h"
@@ -82,12 +83,20 @@ void fi::assignAt(const HostArray& positions, const ValueSource& from, const cha
   const std::size_t count = from.count();
   if (count != 1 && count != at.size()) raise(Msg::FiAssignedCount);
   const bool complex = from.complex();
-  // The new values first, then the elements.
+  // The new values first, then the elements. Quantizing the values counts into the log; a
+  // value refused part way (NaN) puts the log back as it was.
   std::vector<number> re(at.size()), im(complex ? at.size() : 0);
-  for (std::size_t k = 0; k < at.size(); ++k) {
-    const std::size_t q = count == 1 ? 0 : k;
-    assignValue(re[k], from, q, false);
-    if (complex) assignValue(im[k], from, q, true);
+  const std::optional<qlogger> logBefore =
+      getLogging() ? std::optional<qlogger>(filog_) : std::nullopt;
+  try {
+    for (std::size_t k = 0; k < at.size(); ++k) {
+      const std::size_t q = count == 1 ? 0 : k;
+      assignValue(re[k], from, q, false);
+      if (complex) assignValue(im[k], from, q, true);
+    }
+  } catch (...) {
+    if (logBefore) filog_ = *logBefore;
+    throw;
   }
   if (complex) coordinateComplexity(true);
   for (std::size_t k = 0; k < at.size(); ++k) {

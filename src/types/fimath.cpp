@@ -1,6 +1,7 @@
 // fimath: defaults, checked setters, C style, equality, display and the string form.
 #include "types/fimath.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -55,11 +56,11 @@ fimath::fimath(RoundModeEnum roundMode, OverflowModeEnum overflowMode,
       productMode_(productMode),
       productWordLength_(productWordLength),
       maxProductWordLength_(maxProductWordLength),
-      productFixedExponent_(-productFractionLength),
+      productFixedExponent_(negated(productFractionLength)),
       sumMode_(sumMode),
       sumWordLength_(sumWordLength),
       maxSumWordLength_(maxSumWordLength),
-      sumFixedExponent_(-sumFractionLength),
+      sumFixedExponent_(negated(sumFractionLength)),
       castBeforeSum_(castBeforeSum) {}
 
 fimath::fimath(const HostArray& value) : fimath() {
@@ -203,12 +204,12 @@ fimath::Format fimath::getSumFormat() const {
   return {sumWordLength_, getSumFractionLength()};
 }
 void fimath::setProductFormat(Format f) {
-  setProductWordLength(static_cast<int>(f.first));
-  productFixedExponent_ = -static_cast<int>(f.second);
+  setProductWordLength(saturatedInt(f.first));
+  productFixedExponent_ = negated(saturatedInt(f.second));
 }
 void fimath::setSumFormat(Format f) {
-  setSumWordLength(static_cast<int>(f.first));
-  sumFixedExponent_ = -static_cast<int>(f.second);
+  setSumWordLength(saturatedInt(f.first));
+  sumFixedExponent_ = negated(saturatedInt(f.second));
 }
 
 bool fimath::isProductSlopeBiasScaled() const {
@@ -234,7 +235,11 @@ void fimath::setCStyle(const HostArray& value) {
   if (!(value.is_numeric() || value.is_logical()) || value.numel() > 1)
     raise(Msg::FimathCStyleBadValue);
   if (value.is_empty()) return setCStyle(32);
-  const int n = static_cast<int>(value.real_as_double(0));
+  // Truncated to an integer; NaN and infinities are none, and a number beyond int's range
+  // stays beyond every word length so that setCStyle(n) refuses it.
+  const double v = value.real_as_double(0);
+  if (!std::isfinite(v)) raise(Msg::FimathCStyleBadValue);
+  const int n = saturatedInt(v);
   if (n == 1) return setCStyle(32);
   if (n == 0) return;
   setCStyle(n);

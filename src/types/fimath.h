@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "types/enumerations.h"
+#include "types/exponents.h"
 
 namespace corbel {
 
@@ -41,7 +42,7 @@ class fimath {
   int getProductWordLength() const { return productWordLength_; }
   int getMaxProductWordLength() const { return maxProductWordLength_; }
   int getProductFixedExponent() const { return productFixedExponent_; }
-  int getProductFractionLength() const { return -productFixedExponent_; }
+  int getProductFractionLength() const { return negated(productFixedExponent_); }
   double getProductSlopeAdjustmentFactor() const { return productSlopeAdjustmentFactor_; }
   double getProductSlope() const;
   double getProductBias() const { return productBias_; }
@@ -49,7 +50,7 @@ class fimath {
   int getSumWordLength() const { return sumWordLength_; }
   int getMaxSumWordLength() const { return maxSumWordLength_; }
   int getSumFixedExponent() const { return sumFixedExponent_; }
-  int getSumFractionLength() const { return -sumFixedExponent_; }
+  int getSumFractionLength() const { return negated(sumFixedExponent_); }
   double getSumSlopeAdjustmentFactor() const { return sumSlopeAdjustmentFactor_; }
   double getSumSlope() const;
   double getSumBias() const { return sumBias_; }
@@ -83,9 +84,9 @@ class fimath {
   void setProductMode(ArithmeticModeEnum v) { productMode_ = v; }
   void setSumMode(ArithmeticModeEnum v) { sumMode_ = v; }
   void setCastBeforeSum(bool v) { castBeforeSum_ = v; }
-  void setProductFractionLength(int v) { productFixedExponent_ = -v; }
+  void setProductFractionLength(int v) { productFixedExponent_ = negated(v); }
   void setProductFixedExponent(int v) { productFixedExponent_ = v; }
-  void setSumFractionLength(int v) { sumFixedExponent_ = -v; }
+  void setSumFractionLength(int v) { sumFixedExponent_ = negated(v); }
   void setSumFixedExponent(int v) { sumFixedExponent_ = v; }
   void setProductBias(double v) { productBias_ = v; }
   void setSumBias(double v) { sumBias_ = v; }

@@ -90,7 +90,7 @@ NumericType::NumericType(bool issigned, int wordLength, int fractionLength)
       scaling_(ScalingEnum::BinaryPoint),
       signed_(issigned),
       wordLength_(wordLength),
-      fixedExponent_(-fractionLength),
+      fixedExponent_(negated(fractionLength)),
       slopeAdjustmentFactor_(1.0),
       bias_(0.0) {}
 
@@ -281,7 +281,7 @@ bool NumericType::fixedExponentConsistencyCheck(int value, const char* propertyN
 }
 
 void NumericType::setFractionLength(int value) {
-  if (fixedExponentConsistencyCheck(value, "FractionLength")) fixedExponent_ = -value;
+  if (fixedExponentConsistencyCheck(value, "FractionLength")) fixedExponent_ = negated(value);
 }
 
 void NumericType::setFixedExponent(int value) {

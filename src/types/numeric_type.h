@@ -9,6 +9,7 @@
 
 #include "host/messages.h"
 #include "types/enumerations.h"
+#include "types/exponents.h"
 
 namespace corbel {
 
@@ -48,7 +49,7 @@ class NumericType {
   bool getSigned() const { return signed_; }
   bool isSigned() const { return signed_; }
   int getWordLength() const { return wordLength_; }
-  int getFractionLength() const { return -fixedExponent_; }
+  int getFractionLength() const { return negated(fixedExponent_); }
   int getFixedExponent() const { return fixedExponent_; }
   double getSlopeAdjustmentFactor() const { return slopeAdjustmentFactor_; }
   double getSlope() const;

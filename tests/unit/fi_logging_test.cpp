@@ -3,10 +3,12 @@
 // values and disp.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 #include <vector>
 
 #include "fi/fi.h"
+#include "host/host_error.h"
 #include "test_host.h"
 
 namespace corbel {
@@ -137,6 +139,15 @@ TEST_F(FiLogging, AssignmentAndGeneralWarnings) {
             (Warnings{{"fi:overflow", "2 overflows occurred in the fi assignment operation."},
                       {"fi:underflow", "1 underflow occurred in the fi assignment operation."},
                       {"fi:overflow", "2 product overflows occurred in the fi * operation."}}));
+
+  // An assignment refused part way (a NaN after an overflowing value) leaves the log as it
+  // was, as it leaves the elements.
+  fi::setLogging(true);
+  const int overflows = x.getNoverflows();
+  const HostArray bad = HostArray::make_double_matrix(1, 4, {9.0, 9.0, 0.0, std::nan("")});
+  EXPECT_THROW(x.setValues(bad), HostError);
+  EXPECT_EQ(x.getNoverflows(), overflows);
+  EXPECT_EQ(x.real(0).todouble(), 127.0 / 64);
 }
 
 TEST_F(FiLogging, LoggingStatesWarnUnlessSomethingIsLogged) {

@@ -2,6 +2,7 @@
 // the string form.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
 #include <string>
 
@@ -130,10 +131,13 @@ TEST_F(FimathTest, CStyle) {
         n.setCStyle(HostArray::make_double_matrix(1, 2, {8, 16}));
       },
       "velkora:fimath:cstyle:badvalue", "Word length must be scalar integer.");
-  expect_error([&] { n.setCStyle(HostArray::make_text("x")); }, "velkora:fimath:cstyle:badvalue",
-               "Word length must be scalar integer.");
-  expect_error([&] { n.setCStyle(70000); }, "velkora:fimath:TooBigProductWordLength",
-               "ProductWordLength cannot be greater than 65535.");
+  for (const HostArray& bad : {HostArray::make_text("x"), HostArray::make_double(std::nan("")),
+                               HostArray::make_double(-HUGE_VAL)})
+    expect_error([&] { n.setCStyle(bad); }, "velkora:fimath:cstyle:badvalue",
+                 "Word length must be scalar integer.");
+  for (const HostArray& big : {HostArray::make_double(70000), HostArray::make_double(5.7e250)})
+    expect_error([&] { n.setCStyle(big); }, "velkora:fimath:TooBigProductWordLength",
+                 "ProductWordLength cannot be greater than 65535.");
   expect_error([] { fimath f2(HostArray::make_double(1)); }, "velkora:fimath:mustBeFimath",
                "This parameter must be a fimath.");
 }

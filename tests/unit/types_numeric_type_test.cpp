@@ -4,12 +4,14 @@
 
 #include <cmath>
 #include <functional>
+#include <limits>
 #include <string>
 
 #include "expect_error.h"
 #include "host/host_array.h"
 #include "host/host_error.h"
 #include "test_host.h"
+#include "types/fimath.h"
 #include "types/numeric_type.h"
 
 namespace corbel {
@@ -207,6 +209,16 @@ TEST_F(NumericTypeTest, SlopesSplitIntoFactorAndExponent) {
   NumericType bp;
   bp.setSlope(std::ldexp(1.0, -9));
   EXPECT_EQ(bp.getFractionLength(), 9);
+  // Fraction lengths are stored unchecked as negated exponents; -2^31 wraps to itself.
+  constexpr int kMin = std::numeric_limits<int>::min();
+  bp.setFractionLength(kMin);
+  EXPECT_EQ(bp.getFixedExponent(), kMin);
+  EXPECT_EQ(bp.getFractionLength(), kMin);
+  fimath m;
+  m.setProductFractionLength(kMin);
+  m.setSumFractionLength(std::numeric_limits<int>::max());
+  EXPECT_EQ(m.getProductFractionLength(), kMin);
+  EXPECT_EQ(m.getSumFixedExponent(), -std::numeric_limits<int>::max());
 }
 
 TEST_F(NumericTypeTest, ValueChecks) {
