@@ -1,6 +1,6 @@
 # The two everyday commands. Each installs what it needs first.
 SHELL := /bin/bash
-.PHONY: test demo bench package package-check reference fuzz bootstrap format
+.PHONY: test demo bench package package-check reference fuzz valgrind bootstrap format
 
 bootstrap:
 	@scripts/bootstrap
@@ -53,11 +53,22 @@ fuzz: bootstrap
 	cmake --build --preset fuzz
 	for f in fuzz/*_fuzzer.cpp; do \
 	  n=$$(basename $$f _fuzzer.cpp); mkdir -p build/fuzz/corpus/$$n fuzz/corpus/$$n; \
-	  build/fuzz/$${n}_fuzzer build/fuzz/corpus/$$n fuzz/corpus/$$n \
+	  LSAN_OPTIONS=suppressions=fuzz/lsan.supp build/fuzz/$${n}_fuzzer build/fuzz/corpus/$$n fuzz/corpus/$$n \
 	    -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=build/fuzz/ \
 	    2>&1 | grep -E "^(#[0-9]+ +DONE|Done|stat::number_of_executed_units|==[0-9]+==|SUMMARY)"; \
 	  test $${PIPESTATUS[0]} -eq 0 || exit 1; \
 	done
+
+# The Octave tests under valgrind (about half an hour): fails on any invalid memory access
+# and on memory definitely lost, apart from Octave's own (tests/valgrind/octave.supp). The
+# full report goes to build/valgrind.log.
+valgrind: bootstrap
+	cmake --preset dev
+	cmake --build --preset dev
+	valgrind --leak-check=full --show-leak-kinds=definite --errors-for-leak-kinds=definite \
+	  --error-exitcode=1 --suppressions=tests/valgrind/octave.supp --log-file=build/valgrind.log \
+	  $(OCTAVE) --eval "addpath ('$(CURDIR)/build/dev/octave'); addpath ('$(CURDIR)/tests/octave'); run_tests ('$(CURDIR)/tests/octave')"; \
+	  status=$$?; grep -E "definitely lost|ERROR SUMMARY" build/valgrind.log; exit $$status
 
 bench: bootstrap
 	cmake --preset release
