@@ -2,8 +2,8 @@
 // (the element form is the stored integer times 2^FixedExponent); this file checks the
 // operands, picks the representation and walks the elements. The representation is the
 // first element's: its 64-bit forms for a double body, the multiprecision forms otherwise; a
-// word of 64 bits or more, whose 2^W no 64-bit integer holds, always takes the multiprecision
-// forms. Under the multiprecision forms a double-backed element is first made
+// word of more than 52 bits, whose patterns the 64-bit forms would pass through a double
+// inexactly, always takes the multiprecision forms. Under the multiprecision forms a double-backed element is first made
 // multiprecision, and under the 64-bit forms a multiprecision element takes the 64-bit forms
 // of its own body.
 #include <cmath>
@@ -27,7 +27,7 @@ class BitWord {
         factor_(x.getNumericType().getSlopeAdjustmentFactor()),
         e_(x.getNumericType().getFixedExponent()),
         bias_(x.getBias()),
-        mp_(w_ >= 64 || (x.numel() > 0 && !x.real(0).isdouble())) {
+        mp_(w_ > 52 || (x.numel() > 0 && !x.real(0).isdouble())) {
     if (mp_) {
       mpz_init(mask_);
       mpnumber::bitcmpXorMask(mask_, w_);

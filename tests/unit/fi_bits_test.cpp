@@ -80,9 +80,9 @@ TEST(FiBits, OperationsFollowTheStoredIntegerModel) {
       b = std::make_unique<fi>(
           randomDoubles(rng, b->numel(), issigned, f.wl, f.fl, m, !b->isreal()), fi::WholeCopy);
     // Now and then a multiprecision first element over double-backed ones, or a double zero
-    // first in a word of 64 bits or more (as zero-filled arrays hold).
+    // first in a multiprecision word (as zero-filled arrays hold).
     if (f.wl <= 52 && trial % 3 == 0) a->realRef(0) = number(a->realdouble(0), 80, true);
-    if (f.wl >= 64 && trial % 3 == 1) a->realRef(0) = number::ondouble(0.0);
+    if (f.wl >= 53 && trial % 3 == 1) a->realRef(0) = number::ondouble(0.0);
     // Or, in a wide word, arrays made from doubles, which hold stored integers.
     if (f.wl >= 53 && trial % 3 == 2)
       a = std::make_unique<fi>(randomDoubles(rng, n, issigned, f.wl, f.fl, m, complex),
