@@ -26,12 +26,13 @@ unsigned long sumPrecision(const NumericType& x, const NumericType& y) {
   const long top = std::max<long>(x.getWordLength() + x.getFixedExponent(),
                                   y.getWordLength() + y.getFixedExponent());
   const long bottom = std::min<long>(x.getFixedExponent(), y.getFixedExponent());
-  return static_cast<unsigned long>(top + 1 - bottom);
+  return number::gridPrecision(static_cast<unsigned long>(top + 1 - bottom), bottom);
 }
 
 // The bits that hold any product of a value of type x and one of type y.
 unsigned long productPrecision(const NumericType& x, const NumericType& y) {
-  return static_cast<unsigned long>(x.getWordLength() + y.getWordLength());
+  return number::gridPrecision(static_cast<unsigned long>(x.getWordLength() + y.getWordLength()),
+                               static_cast<long>(x.getFixedExponent()) + y.getFixedExponent());
 }
 
 // Only fixed-point values are widened: double, single and scaled-double arithmetic is

@@ -3,7 +3,8 @@
 // operands, picks the representation and walks the elements. The representation is the
 // first element's: its 64-bit forms for a double body, the multiprecision forms otherwise; a
 // word of more than 52 bits, whose patterns the 64-bit forms would pass through a double
-// inexactly, always takes the multiprecision forms. Under the multiprecision forms a double-backed element is first made
+// inexactly, or a grid beyond a double's exponent range, always takes the multiprecision
+// forms. Under the multiprecision forms a double-backed element is first made
 // multiprecision, and under the 64-bit forms a multiprecision element takes the 64-bit forms
 // of its own body.
 #include <cmath>
@@ -27,7 +28,8 @@ class BitWord {
         factor_(x.getNumericType().getSlopeAdjustmentFactor()),
         e_(x.getNumericType().getFixedExponent()),
         bias_(x.getBias()),
-        mp_(w_ > 52 || (x.numel() > 0 && !x.real(0).isdouble())) {
+        mp_(number::gridPrecision(static_cast<unsigned long>(w_), e_) > 52 ||
+            (x.numel() > 0 && !x.real(0).isdouble())) {
     if (mp_) {
       mpz_init(mask_);
       mpnumber::bitcmpXorMask(mask_, w_);

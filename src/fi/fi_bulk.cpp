@@ -30,7 +30,9 @@ using bulk::shapeOf;
 constexpr int kDoubleBits = 52;
 
 bool fitsDouble(const NumericType& t) {
-  return t.isFixed() && !t.isSlopeBiasScaled() && t.getWordLength() <= kDoubleBits;
+  return t.isFixed() && !t.isSlopeBiasScaled() &&
+         number::gridPrecision(static_cast<unsigned long>(t.getWordLength()),
+                               t.getFixedExponent()) <= kDoubleBits;
 }
 
 // Whether a quantizer has double bounds; the kernels need them.

@@ -38,7 +38,8 @@ const number& fi::zeroNumber() {
 void fi::useTypePrecision(unsigned long precision) const {
   const int w = type_.getWordLength();
   const unsigned long fromType =
-      w > 0 ? static_cast<unsigned long>(w) : number::getDefaultPrecision();
+      w > 0 ? number::gridPrecision(static_cast<unsigned long>(w), type_.getFixedExponent())
+            : number::getDefaultPrecision();
   number::setDefaultPrecision(std::max(fromType, precision),
                               number::getDefaultForceMultiplePrecision());
 }

@@ -114,15 +114,15 @@ void number::disp() const {
 }
 
 // Two inline doubles take the IEEE operation of the double body directly.
-#define CORBEL_ARITHMETIC(op)                                                            \
-  number& number::operator op##=(const number& r) {                                      \
-    if (!isboxed() && !r.isboxed()) {                                                    \
-      bits_ = encode(inlinedouble() op r.inlinedouble());                                \
-      return *this;                                                                      \
-    }                                                                                    \
-    return withbody(r, [&](const numberrepbody& rb) -> number& {                         \
-      return mutate([&](numberrepbody& b) -> numberrepbody& { return b op## = rb; });    \
-    });                                                                                  \
+#define CORBEL_ARITHMETIC(op)                                                         \
+  number& number::operator op##=(const number& r) {                                   \
+    if (!isboxed() && !r.isboxed()) {                                                 \
+      bits_ = encode(inlinedouble() op r.inlinedouble());                             \
+      return *this;                                                                   \
+    }                                                                                 \
+    return withbody(r, [&](const numberrepbody& rb) -> number& {                      \
+      return mutate([&](numberrepbody& b) -> numberrepbody& { return b op## = rb; }); \
+    });                                                                               \
   }
 CORBEL_ARITHMETIC(+)
 CORBEL_ARITHMETIC(-)
@@ -130,12 +130,12 @@ CORBEL_ARITHMETIC(*)
 CORBEL_ARITHMETIC(/)
 #undef CORBEL_ARITHMETIC
 
-#define CORBEL_COMPARISON(op)                                                           \
-  bool number::operator op(const number& r) const {                                     \
-    if (!isboxed() && !r.isboxed()) return inlinedouble() op r.inlinedouble();          \
-    return withbody(*this, [&](const numberrepbody& lb) {                               \
-      return withbody(r, [&](const numberrepbody& rb) { return lb op rb; });            \
-    });                                                                                 \
+#define CORBEL_COMPARISON(op)                                                  \
+  bool number::operator op(const number& r) const {                            \
+    if (!isboxed() && !r.isboxed()) return inlinedouble() op r.inlinedouble(); \
+    return withbody(*this, [&](const numberrepbody& lb) {                      \
+      return withbody(r, [&](const numberrepbody& rb) { return lb op rb; });   \
+    });                                                                        \
   }
 CORBEL_COMPARISON(>)
 CORBEL_COMPARISON(<)
@@ -175,7 +175,8 @@ number& number::mod(const number& divisor) {
   });
 }
 number& number::setprecision(unsigned long precision, bool force) {
-  return mutate([&](numberrepbody& b) -> numberrepbody& { return b.setprecision(precision, force); });
+  return mutate(
+      [&](numberrepbody& b) -> numberrepbody& { return b.setprecision(precision, force); });
 }
 number& number::setvalue(const number& x) {
   if (!isboxed() && !x.isboxed()) {
@@ -211,9 +212,14 @@ number& number::setvalue(const unsigned int* words, int nwords, bool issigned, i
     return b.setvalue(words, nwords, issigned, wordlength, fractionlength);
   });
 }
+unsigned long number::gridPrecision(unsigned long bits, long exponent) {
+  const bool inDouble = bits <= 52 && exponent > -1000 && exponent + static_cast<long>(bits) < 1000;
+  return inDouble ? bits : std::max(bits, 53UL);
+}
+
 number& number::setvalue(mpz_srcptr integer, long exponent) {
   const unsigned long bits = mpz_sizeinbase(integer, 2);
-  if (bits <= 52 && !default_force && exponent > -1000 && exponent < 1000) {
+  if (!default_force && gridPrecision(bits, exponent) <= 52) {
     // Exact: the integer fits the mantissa and the scaling stays in the normal range.
     setinline(std::ldexp(mpz_get_d(integer), static_cast<int>(exponent)));
     return *this;
@@ -235,7 +241,10 @@ number number::multiprecision(mpz_srcptr integer, long exponent, unsigned long p
 
 void number::getvalue(mpq_ptr q) const {
   if (!isboxed()) {
-    mpq_set_d(q, inlinedouble());
+    // As for a multiprecision body, an infinity or NaN has no rational value and reads 0
+    // (GMP would abort the process on it).
+    const double d = inlinedouble();
+    std::isfinite(d) ? mpq_set_d(q, d) : mpq_set_ui(q, 0, 1);
     return;
   }
   mpz_t z;
@@ -248,16 +257,15 @@ void number::getvalue(mpq_ptr q) const {
 }
 
 number& number::stripscaling(double slope, int exponent, double bias) {
-  return mutate([&](numberrepbody& b) -> numberrepbody& {
-    return b.stripscaling(slope, exponent, bias);
-  });
+  return mutate(
+      [&](numberrepbody& b) -> numberrepbody& { return b.stripscaling(slope, exponent, bias); });
 }
 
-#define CORBEL_ROUNDING(name)                                                    \
-  number& number::name() {                                                       \
-    return mutate([](numberrepbody& b) -> numberrepbody& { return b.name(); });  \
-  }                                                                              \
-  number& number::name(long n) {                                                 \
+#define CORBEL_ROUNDING(name)                                                     \
+  number& number::name() {                                                        \
+    return mutate([](numberrepbody& b) -> numberrepbody& { return b.name(); });   \
+  }                                                                               \
+  number& number::name(long n) {                                                  \
     return mutate([n](numberrepbody& b) -> numberrepbody& { return b.name(n); }); \
   }
 CORBEL_ROUNDING(ceil)
@@ -282,14 +290,14 @@ number& number::bitcmp(bool s, int wl, double slope, int e, double bias, mpz_src
 }
 
 // The two-operand bit operations: the same body operation for both forms of the masks.
-#define CORBEL_BITWISE(name, bodyop, Two)                                                   \
-  number& number::name(const number& o, bool s, int wl, double slope, int e, double bias,  \
-                       Two two) {                                                          \
-    return withbody(o, [&](const numberrepbody& ob) -> number& {                           \
-      return mutate([&](numberrepbody& b) -> numberrepbody& {                              \
-        return b.bodyop(ob, s, wl, slope, e, bias, two);                                   \
-      });                                                                                  \
-    });                                                                                    \
+#define CORBEL_BITWISE(name, bodyop, Two)                                                 \
+  number& number::name(const number& o, bool s, int wl, double slope, int e, double bias, \
+                       Two two) {                                                         \
+    return withbody(o, [&](const numberrepbody& ob) -> number& {                          \
+      return mutate([&](numberrepbody& b) -> numberrepbody& {                             \
+        return b.bodyop(ob, s, wl, slope, e, bias, two);                                  \
+      });                                                                                 \
+    });                                                                                   \
   }
 CORBEL_BITWISE(doublebitand, fibitand, std::uint64_t)
 CORBEL_BITWISE(mpbitand, fibitand, mpfr_srcptr)
@@ -301,15 +309,13 @@ CORBEL_BITWISE(mpbitxor, bitxor, mpfr_srcptr)
 
 unsigned char number::bitget(long p, bool s, int wl, double slope, int e, double bias,
                              std::uint64_t two) const {
-  return withbody(*this, [&](const numberrepbody& b) {
-    return b.bitget(p, s, wl, slope, e, bias, two);
-  });
+  return withbody(*this,
+                  [&](const numberrepbody& b) { return b.bitget(p, s, wl, slope, e, bias, two); });
 }
 unsigned char number::bitget(long p, bool s, int wl, double slope, int e, double bias,
                              mpfr_srcptr two) const {
-  return withbody(*this, [&](const numberrepbody& b) {
-    return b.bitget(p, s, wl, slope, e, bias, two);
-  });
+  return withbody(*this,
+                  [&](const numberrepbody& b) { return b.bitget(p, s, wl, slope, e, bias, two); });
 }
 number& number::bitset(long p, bool v, bool s, int wl, double slope, int e, double bias,
                        std::uint64_t two) {
@@ -324,8 +330,8 @@ number& number::bitset(long p, bool v, bool s, int wl, double slope, int e, doub
   });
 }
 
-#define CORBEL_FIXED2INT(name, T)                                              \
-  T number::name(long wl, long fl) const {                                     \
+#define CORBEL_FIXED2INT(name, T)                                                   \
+  T number::name(long wl, long fl) const {                                          \
     return withbody(*this, [&](const numberrepbody& b) { return b.name(wl, fl); }); \
   }
 CORBEL_FIXED2INT(fixed2int8, std::int8_t)

@@ -61,6 +61,10 @@ class number {
   static void setDefaultPrecision(unsigned long precision, bool force);
   static void setDefaultForceMultiplePrecision(bool force);
   static unsigned long getDefaultPrecision();
+  // The precision that holds every multiple of 2^exponent below 2^(bits + exponent) in
+  // magnitude exactly: `bits` when a double body can (52 bits or fewer on a grid well inside
+  // the double's normal exponent range), otherwise at least 53, a multiprecision body.
+  static unsigned long gridPrecision(unsigned long bits, long exponent);
   static bool getDefaultForceMultiplePrecision();
 
   // ---- Storage --------------------------------------------------------------------------
@@ -124,7 +128,7 @@ class number {
   // A multiprecision number of at least `precision` bits, and as many as the integer needs,
   // holding integer * 2^exponent exactly.
   static number multiprecision(mpz_srcptr integer, long exponent, unsigned long precision);
-  // The exact value as a rational (finite values only).
+  // The exact value as a rational; an infinity or NaN reads 0.
   void getvalue(mpq_ptr q) const;
   // Turns the real-world value into its stored integer.
   number& stripscaling(double slope, int exponent, double bias);

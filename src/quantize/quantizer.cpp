@@ -266,9 +266,18 @@ void quantizer::fixedBounds(double w, double f) {
   negativeeps_ = -eps_;
 }
 
+// The precision of a fixed-point format's bounds: the word's bits (one more for an unsigned
+// word, whose wraparound needs it), or a multiprecision one when the grid lies beyond a
+// double's exponent range. A format the bounds refuse keeps the previous precision.
+unsigned long quantizer::fixedPrecision(double w, double f, int extra) const {
+  if (!(w > 0 && w <= 65535 && std::abs(f) < kFractionLengthLimit)) return precision_;
+  return number::gridPrecision(static_cast<unsigned long>(w) + static_cast<unsigned long>(extra),
+                               -static_cast<long>(f));
+}
+
 void quantizer::signedFixedRule() {
   const double w = format_.first;
-  precision_ = w > 0 && w <= 65535 ? static_cast<unsigned long>(w) : precision_;
+  precision_ = fixedPrecision(w, format_.second, 0);
   fixedBounds(w, format_.second);
   const long integerBits = wordlength_ - fractionlength_ - 1;
   max_ = power_of_two(integerBits, precision_, false) - eps_;
@@ -279,7 +288,7 @@ void quantizer::signedFixedRule() {
 
 void quantizer::unsignedFixedRule() {
   const double w = format_.first;
-  precision_ = w > 0 && w <= 65535 ? static_cast<unsigned long>(w) + 1 : precision_;
+  precision_ = fixedPrecision(w, format_.second, 1);
   fixedBounds(w, format_.second);
   const long integerBits = wordlength_ - fractionlength_;
   max_ = power_of_two(integerBits, precision_, false) - eps_;

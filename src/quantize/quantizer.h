@@ -187,6 +187,7 @@ class quantizer {
   // The grid constants of the mode and format: computed, or copied from a quantizer that
   // computed them for the same settings.
   void computeGrid();
+  unsigned long fixedPrecision(double w, double f, int extra) const;
   bool reuseGrid();
   void rememberGrid(RealPoint askedFormat);
   void copyGrid(const quantizer& from);

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -16,6 +17,7 @@
 #include "expect_error.h"
 #include "fi/fi.h"
 #include "fi_sweep.h"
+#include "host/inprocess_host.h"
 #include "random_formats.h"
 
 namespace corbel {
@@ -165,6 +167,28 @@ TEST(FiBits, BitshiftScalesTheStoredIntegersAndKeepsTheScaling) {
   EXPECT_EQ(shifted->getNumericType().getSlopeAdjustmentFactor(), 1.5);
   EXPECT_EQ(shifted->getBias(), 0.25);
   EXPECT_EQ(Q(shifted->real(0)).str(), Q(Q(s.real(0)).scaled(1)).str());
+}
+
+// Narrow words on grids beyond a double's exponent range hold their values in
+// multiprecision: the complement of zero is exactly -2^e, and the square of -2^600 in a
+// one-bit product wraps to exactly -2^1201 (double bodies overflowed to NaN and infinity,
+// and reading those back aborted the process).
+TEST(FiBits, NarrowWordsOnGridsBeyondTheDoubleRange) {
+  InProcessHost host;
+  ScopedHost scope(host);
+  fimath m;
+  m.setOverflowMode(OverflowModeEnum::Wrap);
+  m.setProductMode(ArithmeticModeEnum::KeepMSB);
+  m.setProductWordLength(1);
+  const int dims[] = {1, 2};
+  for (const int e : {-1100, -1070, 1010, 1100}) {
+    const fi zeros(dims, 2, NumericType(true, 8, -e), m, false);
+    EXPECT_EQ(Q(zeros.bitcmp()->real(1)).str(), Q(-1.0).scaled(e).str()) << e;
+  }
+  const fi a(-std::ldexp(1.0, 600), NumericType(true, 1, -600), m);
+  const auto p = a.times(a);
+  EXPECT_EQ(p->getNumericType().getFixedExponent(), 1201);
+  EXPECT_EQ(Q(p->real(0)).str(), Q(-1.0).scaled(1201).str());
 }
 
 TEST(FiBits, RefusalsInTheirOrder) {
