@@ -417,21 +417,25 @@ std::unique_ptr<fi> fi::mtimes(const fi& b) const {
   auto result = std::make_unique<fi>(m_, b.n_, S, math_, complex);
   initializeProductRegister(S, P, math_);
   if (bulkMatrixProduct(b, *result)) return result;
+  // The loop moves each operand's cursor, so the right operand of an array's product with
+  // itself is read through a copy.
+  const std::unique_ptr<fi> copy = &b == this ? std::make_unique<fi>(b, WholeCopy) : nullptr;
+  const fi& right = copy ? *copy : b;
   fi& reg = *productRegister_;
   fi& acc = *reg.sumRegister_;
   if (complex) acc.coordinateComplexity(true);
   const auto qs = [&acc](number& x) { acc.quantizeElement(x); };
   const bool slopeBias = productIsSlopeBias(*this, b) || acc.isSlopeBiasScaled();
   for (int i = 0; i < m_; ++i) {
-    for (int j = 0; j < b.n_; ++j) {
+    for (int j = 0; j < right.n_; ++j) {
       poll_interrupt();
       clearRegister(acc);
       for (int k = 0; k < n_; ++k) {
         setIndex(i + k * m_);
-        b.setIndex(k + j * b.m_);
+        right.setIndex(k + j * right.m_);
         if (!complex && slopeBias) {
           // Accumulated as exact real-world values, starting from the first product.
-          const fi& p = *this * b;
+          const fi& p = *this * right;
           Rational sum, term;
           realWorld(term.v, p.real(), reg.type_);
           if (k > 0) realWorld(sum.v, acc.real(), acc.type_);
@@ -440,7 +444,7 @@ std::unique_ptr<fi> fi::mtimes(const fi& b) const {
           continue;
         }
         if (!complex) {
-          const fi& p = *this * b;
+          const fi& p = *this * right;
           addInto(acc.realRef(0), p.real(), false, acc.type_, reg.type_, qs);
           continue;
         }
@@ -448,15 +452,15 @@ std::unique_ptr<fi> fi::mtimes(const fi& b) const {
         // so the real part of every complex product is itself a two-term sum.
         const auto part = [&](number& out, const number& x, const number& y, bool subtract) {
           number p = x;
-          widenFor(p, productPrecision(type_, b.type_), type_, b.type_);
+          widenFor(p, productPrecision(type_, right.type_), type_, right.type_);
           p *= y;
           reg.quantizeElement(p);
           addInto(out, p, subtract, acc.type_, reg.type_, qs);
         };
-        part(acc.realRef(0), real(), b.real(), false);
-        part(acc.realRef(0), imag(), b.imag(), true);
-        part(acc.imagRef(0), real(), b.imag(), false);
-        part(acc.imagRef(0), imag(), b.real(), false);
+        part(acc.realRef(0), real(), right.real(), false);
+        part(acc.realRef(0), imag(), right.imag(), true);
+        part(acc.imagRef(0), real(), right.imag(), false);
+        part(acc.imagRef(0), imag(), right.real(), false);
       }
       result->index_ = i + j * m_;
       *result = acc;
