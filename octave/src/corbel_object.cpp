@@ -85,6 +85,26 @@ bool octave_corbel_object::is_true() const {
   octave_raise(Msg::OctaveNotACondition, class_name().c_str());
 }
 
+octave_value octave_corbel_object::map(unary_mapper_t umap) const {
+  octave_raise(Msg::OctaveNotNumeric, get_umap_name(umap), class_name().c_str());
+}
+
+octave_value octave_corbel_object::as_double() const {
+  octave_raise(Msg::OctaveNotNumeric, "double", class_name().c_str());
+}
+
+double octave_corbel_object::double_value(bool) const {
+  octave_raise(Msg::OctaveNotNumeric, "Conversion to double", class_name().c_str());
+}
+
+Matrix octave_corbel_object::matrix_value(bool) const {
+  octave_raise(Msg::OctaveNotNumeric, "Conversion to a double matrix", class_name().c_str());
+}
+
+NDArray octave_corbel_object::array_value(bool) const {
+  octave_raise(Msg::OctaveNotNumeric, "Conversion to a double array", class_name().c_str());
+}
+
 octave_value octave_corbel_object::get(const std::string& property) const {
   return to_octave(dispatcher::get_property(m_obj, property));
 }
@@ -181,7 +201,7 @@ void octave_corbel_object::assign_elements(const octave_value_list& idx, const o
 }
 
 octave_value octave_corbel_object::reshape(const dim_vector& dims) const {
-  if (!m_obj || !indexable()) return octave_base_value::reshape(dims);
+  if (!m_obj || !indexable()) octave_raise(Msg::OctaveNotNumeric, "reshape", class_name().c_str());
   return guarded([&] {
     RowVector sizes(dims.ndims());
     for (int i = 0; i < dims.ndims(); ++i) sizes(i) = static_cast<double>(dims(i));

@@ -49,6 +49,14 @@ class octave_corbel_object : public octave_base_value {
     return idx.empty() ? 1 : octave_base_value::xnumel(idx);
   }
   bool is_true() const override;
+  // Octave's element-wise functions (abs, sqrt, floor, ...) reach a value without a method
+  // of that name through map(), and its numeric functions through the conversions to
+  // double: both refuse with an identifier, naming the function or conversion.
+  octave_value map(unary_mapper_t umap) const override;
+  octave_value as_double() const override;
+  double double_value(bool = false) const override;
+  Matrix matrix_value(bool = false) const override;
+  NDArray array_value(bool = false) const override;
 
   // save and load write a struct of built-in values that the M-file layer makes from the
   // value and makes the value from again (__corbel_saved__, __corbel_restored__).

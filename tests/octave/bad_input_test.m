@@ -116,6 +116,12 @@
 
 ## The refusals the sweep found, by their identifiers.
 %!error id=velkora:fi:mtimes:notDefinedForND fi (ones (2)) * ones (2, 2, 2)
+## Octave's element-wise functions and conversions to double, given a Corbel value without a
+## method of that name, refuse it by name.
+%!error <sqrt does not apply to embedded.fi values.> sqrt (fi (2))
+%!error <abs does not apply to embedded.numerictype values.> abs (numerictype (1, 8))
+%!error id=velkora:octave:notNumeric double (fimath ())
+%!error id=velkora:octave:notNumeric reshape (quantizer (), 1, 1)
 %!error id=velkora:fi:reshape:badSizes reshape (fi (1:4), [2 NaN])
 %!error id=velkora:fi:reshape:badSize reshape (fi (1:4), 3, [])
 %!error id=velkora:fi:quantize:notNumerictype quantize (fi (1), 1)
