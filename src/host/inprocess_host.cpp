@@ -60,7 +60,8 @@ HostServices& host_services() {
 }
 
 void poll_interrupt() {
-  host_services().poll_interrupt();
+  // The process-wide default host has no interrupt to report.
+  if (active_host) active_host->poll_interrupt();
 }
 
 HostServices* set_host_services(HostServices* host) {

@@ -212,11 +212,6 @@ number& number::setvalue(const unsigned int* words, int nwords, bool issigned, i
     return b.setvalue(words, nwords, issigned, wordlength, fractionlength);
   });
 }
-unsigned long number::gridPrecision(unsigned long bits, long exponent) {
-  const bool inDouble = bits <= 52 && exponent > -1000 && exponent + static_cast<long>(bits) < 1000;
-  return inDouble ? bits : std::max(bits, 53UL);
-}
-
 number& number::setvalue(mpz_srcptr integer, long exponent) {
   const unsigned long bits = mpz_sizeinbase(integer, 2);
   if (!default_force && gridPrecision(bits, exponent) <= 52) {

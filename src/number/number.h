@@ -64,7 +64,11 @@ class number {
   // The precision that holds every multiple of 2^exponent below 2^(bits + exponent) in
   // magnitude exactly: `bits` when a double body can (52 bits or fewer on a grid well inside
   // the double's normal exponent range), otherwise at least 53, a multiprecision body.
-  static unsigned long gridPrecision(unsigned long bits, long exponent);
+  static unsigned long gridPrecision(unsigned long bits, long exponent) {
+    const bool inDouble =
+        bits <= 52 && exponent > -1000 && exponent + static_cast<long>(bits) < 1000;
+    return inDouble ? bits : (bits > 53 ? bits : 53);
+  }
   static bool getDefaultForceMultiplePrecision();
 
   // ---- Storage --------------------------------------------------------------------------
