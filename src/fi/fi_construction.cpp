@@ -29,7 +29,8 @@ void checkCount(const Dim* dims, std::size_t ndims) {
 }  // namespace
 
 const number& fi::zeroNumber() {
-  static const number zero(0.0);
+  // Always a double body, whatever precision is the default at the first call.
+  static const number zero(0.0, 0, false);
   return zero;
 }
 
