@@ -114,15 +114,15 @@ void number::disp() const {
 }
 
 // Two inline doubles take the IEEE operation of the double body directly.
-#define CORBEL_ARITHMETIC(op)                                                         \
-  number& number::operator op##=(const number& r) {                                   \
-    if (!isboxed() && !r.isboxed()) {                                                 \
-      bits_ = encode(inlinedouble() op r.inlinedouble());                             \
-      return *this;                                                                   \
-    }                                                                                 \
-    return withbody(r, [&](const numberrepbody& rb) -> number& {                      \
-      return mutate([&](numberrepbody& b) -> numberrepbody& { return b op## = rb; }); \
-    });                                                                               \
+#define CORBEL_ARITHMETIC(op)                                                            \
+  number& number::operator op##=(const number& r) {                                      \
+    if (!isboxed() && !r.isboxed()) {                                                    \
+      bits_ = encode(inlinedouble() op r.inlinedouble());                                \
+      return *this;                                                                      \
+    }                                                                                    \
+    return withbody(r, [&](const numberrepbody& rb) -> number& {                         \
+      return mutate([&](numberrepbody& b) -> numberrepbody& { return b op## = rb; });    \
+    });                                                                                  \
   }
 CORBEL_ARITHMETIC(+)
 CORBEL_ARITHMETIC(-)
@@ -130,12 +130,12 @@ CORBEL_ARITHMETIC(*)
 CORBEL_ARITHMETIC(/)
 #undef CORBEL_ARITHMETIC
 
-#define CORBEL_COMPARISON(op)                                                  \
-  bool number::operator op(const number& r) const {                            \
-    if (!isboxed() && !r.isboxed()) return inlinedouble() op r.inlinedouble(); \
-    return withbody(*this, [&](const numberrepbody& lb) {                      \
-      return withbody(r, [&](const numberrepbody& rb) { return lb op rb; });   \
-    });                                                                        \
+#define CORBEL_COMPARISON(op)                                                           \
+  bool number::operator op(const number& r) const {                                     \
+    if (!isboxed() && !r.isboxed()) return inlinedouble() op r.inlinedouble();          \
+    return withbody(*this, [&](const numberrepbody& lb) {                               \
+      return withbody(r, [&](const numberrepbody& rb) { return lb op rb; });            \
+    });                                                                                 \
   }
 CORBEL_COMPARISON(>)
 CORBEL_COMPARISON(<)
@@ -175,8 +175,7 @@ number& number::mod(const number& divisor) {
   });
 }
 number& number::setprecision(unsigned long precision, bool force) {
-  return mutate(
-      [&](numberrepbody& b) -> numberrepbody& { return b.setprecision(precision, force); });
+  return mutate([&](numberrepbody& b) -> numberrepbody& { return b.setprecision(precision, force); });
 }
 number& number::setvalue(const number& x) {
   if (!isboxed() && !x.isboxed()) {
@@ -252,15 +251,16 @@ void number::getvalue(mpq_ptr q) const {
 }
 
 number& number::stripscaling(double slope, int exponent, double bias) {
-  return mutate(
-      [&](numberrepbody& b) -> numberrepbody& { return b.stripscaling(slope, exponent, bias); });
+  return mutate([&](numberrepbody& b) -> numberrepbody& {
+    return b.stripscaling(slope, exponent, bias);
+  });
 }
 
-#define CORBEL_ROUNDING(name)                                                     \
-  number& number::name() {                                                        \
-    return mutate([](numberrepbody& b) -> numberrepbody& { return b.name(); });   \
-  }                                                                               \
-  number& number::name(long n) {                                                  \
+#define CORBEL_ROUNDING(name)                                                    \
+  number& number::name() {                                                       \
+    return mutate([](numberrepbody& b) -> numberrepbody& { return b.name(); });  \
+  }                                                                              \
+  number& number::name(long n) {                                                 \
     return mutate([n](numberrepbody& b) -> numberrepbody& { return b.name(n); }); \
   }
 CORBEL_ROUNDING(ceil)
@@ -285,14 +285,14 @@ number& number::bitcmp(bool s, int wl, double slope, int e, double bias, mpz_src
 }
 
 // The two-operand bit operations: the same body operation for both forms of the masks.
-#define CORBEL_BITWISE(name, bodyop, Two)                                                 \
-  number& number::name(const number& o, bool s, int wl, double slope, int e, double bias, \
-                       Two two) {                                                         \
-    return withbody(o, [&](const numberrepbody& ob) -> number& {                          \
-      return mutate([&](numberrepbody& b) -> numberrepbody& {                             \
-        return b.bodyop(ob, s, wl, slope, e, bias, two);                                  \
-      });                                                                                 \
-    });                                                                                   \
+#define CORBEL_BITWISE(name, bodyop, Two)                                                   \
+  number& number::name(const number& o, bool s, int wl, double slope, int e, double bias,  \
+                       Two two) {                                                          \
+    return withbody(o, [&](const numberrepbody& ob) -> number& {                           \
+      return mutate([&](numberrepbody& b) -> numberrepbody& {                              \
+        return b.bodyop(ob, s, wl, slope, e, bias, two);                                   \
+      });                                                                                  \
+    });                                                                                    \
   }
 CORBEL_BITWISE(doublebitand, fibitand, std::uint64_t)
 CORBEL_BITWISE(mpbitand, fibitand, mpfr_srcptr)
@@ -304,13 +304,15 @@ CORBEL_BITWISE(mpbitxor, bitxor, mpfr_srcptr)
 
 unsigned char number::bitget(long p, bool s, int wl, double slope, int e, double bias,
                              std::uint64_t two) const {
-  return withbody(*this,
-                  [&](const numberrepbody& b) { return b.bitget(p, s, wl, slope, e, bias, two); });
+  return withbody(*this, [&](const numberrepbody& b) {
+    return b.bitget(p, s, wl, slope, e, bias, two);
+  });
 }
 unsigned char number::bitget(long p, bool s, int wl, double slope, int e, double bias,
                              mpfr_srcptr two) const {
-  return withbody(*this,
-                  [&](const numberrepbody& b) { return b.bitget(p, s, wl, slope, e, bias, two); });
+  return withbody(*this, [&](const numberrepbody& b) {
+    return b.bitget(p, s, wl, slope, e, bias, two);
+  });
 }
 number& number::bitset(long p, bool v, bool s, int wl, double slope, int e, double bias,
                        std::uint64_t two) {
@@ -325,8 +327,8 @@ number& number::bitset(long p, bool v, bool s, int wl, double slope, int e, doub
   });
 }
 
-#define CORBEL_FIXED2INT(name, T)                                                   \
-  T number::name(long wl, long fl) const {                                          \
+#define CORBEL_FIXED2INT(name, T)                                              \
+  T number::name(long wl, long fl) const {                                     \
     return withbody(*this, [&](const numberrepbody& b) { return b.name(wl, fl); }); \
   }
 CORBEL_FIXED2INT(fixed2int8, std::int8_t)

@@ -1,7 +1,6 @@
 // fimath: defaults, checked setters, C style, equality, display and the string form.
 #include "types/fimath.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>

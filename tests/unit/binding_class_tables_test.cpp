@@ -60,249 +60,67 @@ Names own_methods(const XoClass& c) {
 }
 
 TEST_F(BindingTables, FiNamesInOrder) {
-  const Names properties = {"numerictype",
-                            "DataTypeMode",
-                            "DataType",
-                            "Scaling",
-                            "Signed",
-                            "WordLength",
-                            "FractionLength",
-                            "BinaryPoint",
-                            "FixedExponent",
-                            "Slope",
-                            "SlopeAdjustmentFactor",
-                            "Bias",
-                            "fimath",
-                            "RoundMode",
-                            "OverflowMode",
-                            "ProductMode",
-                            "ProductWordLength",
-                            "MaxProductWordLength",
-                            "ProductFractionLength",
-                            "ProductFixedExponent",
-                            "ProductSlope",
-                            "ProductSlopeAdjustmentFactor",
-                            "ProductBias",
-                            "SumMode",
-                            "SumWordLength",
-                            "MaxSumWordLength",
-                            "SumFractionLength",
-                            "SumFixedExponent",
-                            "SumSlope",
-                            "SumSlopeAdjustmentFactor",
-                            "SumBias",
-                            "CastBeforeSum",
-                            "CStyle",
-                            "Logging",
-                            "isautoscaled",
-                            "double",
-                            "data",
-                            "int",
-                            "intarray",
-                            "tessaronarray",
-                            "bin",
-                            "oct",
-                            "dec",
-                            "hex",
-                            "noverflows",
-                            "nunderflows",
-                            "maxlog",
-                            "minlog",
-                            "LastPropertySet"};
+  const Names properties = {
+      "numerictype", "DataTypeMode", "DataType", "Scaling", "Signed", "WordLength",
+      "FractionLength", "BinaryPoint", "FixedExponent", "Slope", "SlopeAdjustmentFactor", "Bias",
+      "fimath", "RoundMode", "OverflowMode", "ProductMode", "ProductWordLength",
+      "MaxProductWordLength", "ProductFractionLength", "ProductFixedExponent", "ProductSlope",
+      "ProductSlopeAdjustmentFactor", "ProductBias", "SumMode", "SumWordLength",
+      "MaxSumWordLength", "SumFractionLength", "SumFixedExponent", "SumSlope",
+      "SumSlopeAdjustmentFactor", "SumBias", "CastBeforeSum", "CStyle", "Logging",
+      "isautoscaled", "double", "data", "int", "intarray", "tessaronarray", "bin", "oct", "dec", "hex", "noverflows", "nunderflows", "maxlog", "minlog", "LastPropertySet"};
   EXPECT_EQ(own_properties(*FiXoClass::getInstance()), properties);
   // The methods whose operations exist, in their places in the order.
-  const Names methods = {"disp",
-                         "numberofelements",
-                         "isfi",
-                         "isfixed",
-                         "isfloat",
-                         "isdouble",
-                         "isscaleddouble",
-                         "issingle",
-                         "isboolean",
-                         "isscaledtype",
-                         "isempty",
-                         "isscalar",
-                         "iscolumn",
-                         "isrow",
-                         "isvector",
-                         "isreal",
-                         "length",
-                         "size",
-                         "ndims",
-                         "fi_reshape",
-                         "squeeze",
-                         "transpose",
-                         "ctranspose",
-                         "stripscaling",
-                         "copy",
-                         "maxlog",
-                         "minlog",
-                         "noverflows",
-                         "nunderflows",
-                         "noperations",
-                         "nmathoperations",
-                         "numerictype",
-                         "fimath",
-                         "bin",
-                         "data",
-                         "dec",
-                         "double",
-                         "single",
-                         "hex",
-                         "int",
-                         "intarray",
-                         "oct",
-                         "tessaronarray",
-                         "realmax",
-                         "realmin",
-                         "fieps",
-                         "intmax",
-                         "intmin",
-                         "range",
-                         "lowerbound",
-                         "upperbound",
-                         "uminus",
-                         "conj",
-                         "pow2",
-                         "bitshift",
-                         "bitcmp",
-                         "bitand",
-                         "bitor",
-                         "bitxor",
-                         "bitget",
-                         "bitset",
-                         "leadingdimension_sum",
-                         "plus",
-                         "minus",
-                         "times",
-                         "mtimes",
-                         "binaryop_complex",
-                         "binary_max",
-                         "binary_min",
-                         "unary_max",
-                         "unary_min",
-                         "eq",
-                         "ge",
-                         "gt",
-                         "le",
-                         "lt",
-                         "ne",
-                         "sign",
-                         "binaryop_isequal",
-                         "diag",
-                         "tril",
-                         "triu",
-                         "toeplitz",
-                         "hankel",
-                         "subsref",
-                         "subsasgn",
-                         "subscriptedreference",
-                         "subscriptedgrowassignment",
-                         "num2sdec",
-                         "sdec",
-                         "num2base",
-                         "base2num",
-                         "copydata",
-                         "displaygloballog",
-                         "resetgloballog",
-                         "resetlogging",
-                         "resetlog",
-                         "abs",
-                         "set"};
+  const Names methods = {
+      "disp", "numberofelements", "isfi", "isfixed", "isfloat", "isdouble", "isscaleddouble",
+      "issingle", "isboolean", "isscaledtype", "isempty", "isscalar", "iscolumn", "isrow",
+      "isvector", "isreal", "length", "size", "ndims", "fi_reshape", "squeeze", "transpose", "ctranspose", "stripscaling", "copy", "maxlog", "minlog", "noverflows", "nunderflows", "noperations",
+      "nmathoperations", "numerictype", "fimath", "bin", "data", "dec", "double", "single", "hex", "int", "intarray", "oct", "tessaronarray", "realmax", "realmin", "fieps", "intmax", "intmin",
+      "range", "lowerbound", "upperbound", "uminus", "conj", "pow2", "bitshift", "bitcmp", "bitand", "bitor", "bitxor", "bitget",
+      "bitset", "leadingdimension_sum", "plus", "minus",
+      "times", "mtimes", "binaryop_complex", "binary_max", "binary_min", "unary_max",
+      "unary_min", "eq", "ge", "gt", "le", "lt", "ne", "sign", "binaryop_isequal", "diag", "tril", "triu", "toeplitz", "hankel", "subsref", "subsasgn", "subscriptedreference",
+      "subscriptedgrowassignment", "num2sdec", "sdec", "num2base", "base2num", "copydata", "displaygloballog", "resetgloballog", "resetlogging", "resetlog", "abs",
+      "set"};
   EXPECT_EQ(own_methods(*FiXoClass::getInstance()), methods);
   EXPECT_EQ(FiXoClass::getInstance()->getConstructorSignatures().size(), 4u);
 }
 
 TEST_F(BindingTables, FimathAndNumericTypeNamesInOrder) {
-  const Names fimathProperties = {"RoundMode",
-                                  "OverflowMode",
-                                  "PrecisionMode",
-                                  "ProductMode",
-                                  "ProductWordLength",
-                                  "MaxProductWordLength",
-                                  "ProductFractionLength",
-                                  "ProductFixedExponent",
-                                  "ProductSlope",
-                                  "ProductSlopeAdjustmentFactor",
-                                  "ProductBias",
-                                  "SumMode",
-                                  "SumWordLength",
-                                  "MaxSumWordLength",
-                                  "SumFractionLength",
-                                  "SumFixedExponent",
-                                  "SumSlope",
-                                  "SumSlopeAdjustmentFactor",
-                                  "SumBias",
-                                  "CastBeforeSum",
-                                  "ProductWordLengthString",
-                                  "MaxProductWordLengthString",
-                                  "ProductFractionLengthString",
-                                  "ProductFixedExponentString",
-                                  "ProductSlopeString",
-                                  "ProductSlopeAdjustmentFactorString",
-                                  "ProductBiasString",
-                                  "SumWordLengthString",
-                                  "MaxSumWordLengthString",
-                                  "SumFractionLengthString",
-                                  "SumFixedExponentString",
-                                  "SumSlopeString",
-                                  "SumSlopeAdjustmentFactorString",
-                                  "SumBiasString",
-                                  "CStyle"};
+  const Names fimathProperties = {
+      "RoundMode", "OverflowMode", "PrecisionMode", "ProductMode", "ProductWordLength",
+      "MaxProductWordLength", "ProductFractionLength", "ProductFixedExponent", "ProductSlope",
+      "ProductSlopeAdjustmentFactor", "ProductBias", "SumMode", "SumWordLength",
+      "MaxSumWordLength", "SumFractionLength", "SumFixedExponent", "SumSlope",
+      "SumSlopeAdjustmentFactor", "SumBias", "CastBeforeSum", "ProductWordLengthString",
+      "MaxProductWordLengthString", "ProductFractionLengthString", "ProductFixedExponentString",
+      "ProductSlopeString", "ProductSlopeAdjustmentFactorString", "ProductBiasString",
+      "SumWordLengthString", "MaxSumWordLengthString", "SumFractionLengthString",
+      "SumFixedExponentString", "SumSlopeString", "SumSlopeAdjustmentFactorString",
+      "SumBiasString", "CStyle"};
   EXPECT_EQ(own_properties(*FimathXoClass::getInstance()), fimathProperties);
   EXPECT_EQ(own_methods(*FimathXoClass::getInstance()),
             (Names{"disp", "isequal", "isfimath", "set", "add", "mpy", "sub"}));
 
-  const Names typeProperties = {"DataTypeMode",
-                                "DataType",
-                                "Scaling",
-                                "Signed",
-                                "WordLength",
-                                "FractionLength",
-                                "BinaryPoint",
-                                "FixedExponent",
-                                "Slope",
-                                "SlopeAdjustmentFactor",
-                                "Bias",
-                                "Path",
-                                "WordLengthString",
-                                "FractionLengthString",
-                                "SlopeString",
-                                "BiasString"};
+  const Names typeProperties = {
+      "DataTypeMode", "DataType", "Scaling", "Signed", "WordLength", "FractionLength",
+      "BinaryPoint", "FixedExponent", "Slope", "SlopeAdjustmentFactor", "Bias", "Path",
+      "WordLengthString", "FractionLengthString", "SlopeString", "BiasString"};
   EXPECT_EQ(own_properties(*NumericTypeXoClass::getInstance()), typeProperties);
-  EXPECT_EQ(
-      own_methods(*NumericTypeXoClass::getInstance()),
-      (Names{"disp", "tostring", "isnumerictype", "isbinarypointscalingset",
-             "isslopebiasscalingset", "isslopebiasscaled", "isfixed", "isscaledtype",
-             "isscaleddouble", "isfloat", "isdouble", "issingle", "isboolean", "set", "divide"}));
+  EXPECT_EQ(own_methods(*NumericTypeXoClass::getInstance()),
+            (Names{"disp", "tostring", "isnumerictype", "isbinarypointscalingset",
+                   "isslopebiasscalingset", "isslopebiasscaled", "isfixed", "isscaledtype",
+                   "isscaleddouble", "isfloat", "isdouble", "issingle", "isboolean", "set",
+                   "divide"}));
   EXPECT_TRUE(NumericTypeXoClass::getInstance()->findProperty("Path")->isReadOnly());
 }
 
 TEST_F(BindingTables, QuantizerAndLogNamesInOrder) {
-  const Names shared = {"roundmode",
-                        "overflowmode",
-                        "format",
-                        "wordlength",
-                        "fractionlength",
-                        "precision",
-                        "exponentlength",
-                        "max",
-                        "min",
-                        "maxlog",
-                        "minlog",
-                        "noverflows",
-                        "nunderflows",
-                        "noperations",
-                        "denormalmax",
-                        "denormalmin",
-                        "eps",
-                        "exponentbias",
-                        "exponentmax",
-                        "exponentmin",
-                        "realmax",
-                        "realmin",
-                        "version"};
+  const Names shared = {"roundmode", "overflowmode", "format", "wordlength", "fractionlength",
+                        "precision", "exponentlength", "max", "min", "maxlog", "minlog",
+                        "noverflows", "nunderflows", "noperations", "denormalmax",
+                        "denormalmin", "eps", "exponentbias", "exponentmax", "exponentmin",
+                        "realmax", "realmin", "version"};
   Names withModes = {"mode", "datamode"};
   withModes.insert(withModes.end(), shared.begin(), shared.end());
   EXPECT_EQ(own_properties(*ModelessQuantizerXoClass::getInstance()), shared);
@@ -363,8 +181,8 @@ TEST_F(BindingTables, FiPropertiesReachTheTypeAndTheFimath) {
   EXPECT_EQ(call("numberofelements", {a}).real_as_double(0), 1);
   EXPECT_TRUE(call("isfi", {a}).real_as_double(0));
   EXPECT_FALSE(call("isfloat", {a}).real_as_double(0));
-  const HostArray m =
-      dispatcher::construct("CoreFi", {{HostArray::make_double_matrix(2, 3, {1, 2, 3, 4, 5, 6})}});
+  const HostArray m = dispatcher::construct(
+      "CoreFi", {{HostArray::make_double_matrix(2, 3, {1, 2, 3, 4, 5, 6})}});
   EXPECT_EQ(call("numberofelements", {m}).real_as_double(0), 6);
   EXPECT_EQ(dispatcher::dims(m.object()), (std::vector<std::size_t>{2, 3}));
   // A copy is a separate value.
@@ -402,13 +220,9 @@ TEST_F(BindingTables, SetRuleOnEveryClass) {
   for (const auto& [cls, label] : {std::pair{"CoreFi", "FI"}, std::pair{"fimath", "FIMATH"},
                                    std::pair{"numerictype", "NUMERICTYPE"}}) {
     const HostArray o = make(cls);
-    expect_error(
-        [&] {
-          call("set", {o, t("RoundMode"), t("floor")});
-        },
-        "velkora:set:InvalidUse",
-        std::string("You cannot use SET to change the properties of a ") + label +
-            " object; use dot notation instead.");
+    expect_error([&] { call("set", {o, t("RoundMode"), t("floor")}); }, "velkora:set:InvalidUse",
+                 std::string("You cannot use SET to change the properties of a ") + label +
+                     " object; use dot notation instead.");
   }
 }
 
@@ -451,17 +265,11 @@ TEST_F(BindingTables, QuantizerPropertiesAndMethods) {
   EXPECT_EQ(get(q, "noverflows").real_as_double(0), 2);
   call("resetlog", {q});
   EXPECT_EQ(get(q, "noverflows").real_as_double(0), 0);
-  expect_error(
-      [&] {
-        call("quantize", {q, t("x")});
-      },
-      "velkora:quantizer:quantize:notnumeric", "Value to quantize must be numeric.");
-  expect_error(
-      [&] {
-        call("quantize", {q, HostArray::make_numeric(HostClass::Int64, {1, 1})});
-      },
-      "velkora:quantizer:quantize:numericonly",
-      "Only inputs of type double, single, [u]int[8,16,32] allowed.");
+  expect_error([&] { call("quantize", {q, t("x")}); }, "velkora:quantizer:quantize:notnumeric",
+               "Value to quantize must be numeric.");
+  expect_error([&] { call("quantize", {q, HostArray::make_numeric(HostClass::Int64, {1, 1})}); },
+               "velkora:quantizer:quantize:numericonly",
+               "Only inputs of type double, single, [u]int[8,16,32] allowed.");
 
   // A copy of a slope-bias quantizer is one.
   const HostArray sb = dispatcher::construct("slopebiasquantizer", {});
@@ -512,8 +320,8 @@ TEST_F(BindingTables, SumsAndProductsReportUnderTheOperatorsName) {
 }
 
 TEST_F(BindingTables, DataTypeRestriction) {
-  const fi boolean(1.0,
-                   NumericType(DataTypeEnum::Boolean, ScalingEnum::Unused, false, 1, 1.0, 0, 0.0),
+  const fi boolean(1.0, NumericType(DataTypeEnum::Boolean, ScalingEnum::Unused, false, 1, 1.0, 0,
+                                    0.0),
                    fimath());
   expect_error([&] { checkDataTypeRule("bitand", boolean, DataTypeRule::FixedOnly); },
                "velkora:fi:bitand:boolean:notallowed",
