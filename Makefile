@@ -52,7 +52,7 @@ fuzz: bootstrap
 	cmake --preset fuzz
 	cmake --build --preset fuzz
 	for f in fuzz/*_fuzzer.cpp; do \
-	  n=$$(basename $$f _fuzzer.cpp); mkdir -p build/fuzz/corpus/$$n fuzz/corpus/$$n; \
+	  n=$$(basename $$f _fuzzer.cpp); echo "== $$n"; mkdir -p build/fuzz/corpus/$$n fuzz/corpus/$$n; \
 	  LSAN_OPTIONS=suppressions=fuzz/lsan.supp build/fuzz/$${n}_fuzzer build/fuzz/corpus/$$n fuzz/corpus/$$n \
 	    -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -artifact_prefix=build/fuzz/ \
 	    2>&1 | grep -E "^(#[0-9]+ +DONE|Done|stat::number_of_executed_units|==[0-9]+==|SUMMARY)"; \
