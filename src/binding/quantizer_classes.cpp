@@ -181,6 +181,8 @@ HostArray quantizeArray(const Q& q, const HostArray& x) {
     }
     return n.todouble();
   };
+  // An interrupt part way puts the quantizer's log back as it was.
+  const qlogger logBefore = q.getQLog();
   try {
     for (std::size_t k = 0; k < x.numel(); ++k) {
       poll_interrupt();
@@ -188,6 +190,7 @@ HostArray quantizeArray(const Q& q, const HostArray& x) {
       if (x.is_complex()) out.imag<double>()[k] = one(x.imag_as_double(k));
     }
   } catch (...) {
+    q.getQLog().restore(logBefore);
     number::setDefaultPrecision(previous, force);
     throw;
   }

@@ -27,6 +27,8 @@ class qlogger {
   qlogger(const qlogger&) = default;
   qlogger& operator=(const qlogger&) = default;
   void set(const qlogger& other) { *this = other; }
+  // Every field back to a saved copy's, through a const reference as the other operations.
+  void restore(const qlogger& saved) const { const_cast<qlogger&>(*this) = saved; }
 
   // Extremes back to their starting values and every count but nmathoperations to 0.
   void reset() const;

@@ -263,6 +263,11 @@ TEST_F(BindingTables, QuantizerPropertiesAndMethods) {
   EXPECT_EQ(y.real<double>()[1], 63.0 / 16);
   EXPECT_EQ(y.real<double>()[2], 0.0);
   EXPECT_EQ(get(q, "noverflows").real_as_double(0), 2);
+  // An interrupt part way through puts the log back as it was.
+  host_.interrupt_after(2);
+  EXPECT_THROW(call("quantize", {q, x}), InProcessHost::Interrupt);
+  host_.interrupt_after(-1);
+  EXPECT_EQ(get(q, "noverflows").real_as_double(0), 2);
   call("resetlog", {q});
   EXPECT_EQ(get(q, "noverflows").real_as_double(0), 0);
   expect_error([&] { call("quantize", {q, t("x")}); }, "velkora:quantizer:quantize:notnumeric",
