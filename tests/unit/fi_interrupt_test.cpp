@@ -89,7 +89,9 @@ TEST_F(InterruptTest, EveryPollLeavesTheOperandsAsTheyWere) {
         const long polls = host.polls_seen() - before;
         // The narrow arrays take whole-array loops that are not long enough to poll, except
         // the matrix product, which polls once per result column.
-        if (w == 300 || op_name == "mtimes") EXPECT_GT(polls, 0);
+        if (w == 300 || op_name == "mtimes") {
+          EXPECT_GT(polls, 0);
+        }
         for (long at = 0; at < polls; ++at) {
           host.interrupt_after(at);
           EXPECT_THROW(op(*a, *b), InProcessHost::Interrupt) << "poll " << at;
