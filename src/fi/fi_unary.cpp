@@ -126,10 +126,10 @@ std::unique_ptr<fi> fi::sign() const {
   const bool slopeBias = isSlopeBiasScaled();
   Rational value;
   for (int i = 0; i < numel_; ++i) {
-    poll_interrupt();
     const number& x = real(i);
     int s = x.iszero() ? 0 : (x.isnegative() ? -1 : 1);
     if (slopeBias) {
+      poll_interrupt();
       realWorld(value.v, x, type_);
       s = mpq_sgn(value.v);
     }
